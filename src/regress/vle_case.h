@@ -1,0 +1,9 @@
+#pragma once
+#include "state/limits.h"
+
+namespace tervale {
+
+// Part of SharedCalcState: measured binary data and the estimation's results.
+struct VLEDataCase {};
+
+}  // namespace tervale

@@ -29,12 +29,8 @@ bool CalcRunner::Start(Job job) {
     delete thread_;
     thread_ = nullptr;
   }
+  // A pause or changes posted before the start hold for this run.
   stop_ = false;
-  {
-    std::lock_guard lock(mutex_);
-    paused_ = false;
-    changes_.clear();
-  }
   running_ = true;
   sinceProgress_.invalidate();
   thread_ = QThread::create([this, job = std::move(job)] {

@@ -89,6 +89,7 @@ FrmMenu::FrmMenu(screens::ScreenContext& ctx, QSettings& settings, QWidget* pare
   lblDataDirCaption_ = new QLabel(this);
   lblDataDir_ = new QLabel(this);
   lblDataDir_->setObjectName(QStringLiteral("lblDataDir"));
+  lblDataDir_->setProperty("valueField", true);
   lblDataDir_->setFrameShape(QFrame::StyledPanel);
   lblDataDir_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   lblDataDir_->setMinimumWidth(360);

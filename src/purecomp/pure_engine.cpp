@@ -20,13 +20,13 @@ constexpr double kPcToMmHg = 735.56;
 // or the logarithm of a number not above zero. Such a value never goes on into a result here:
 // the estimate ends with a fatal condition naming it.
 [[noreturn]] void ArithmeticFault(const SharedCalcState& s, const std::string& what) {
-  BiText text{"Arithmetic fault: " + what +
-                  " gives no finite number (a division by zero, an overflow or the logarithm "
-                  "of a number not above zero). The program ends.",
-              "演算エラー：" + what +
-                  " が有限の値になりません（ゼロ除算、オーバーフローまたは0以下の対数）。"
-                  "プログラムを終了します。"};
-  throw FatalCondition(std::string(text.Pick(s.LanguageFlag)));
+  const std::string en = "Arithmetic fault: " + what +
+                         " gives no finite number (a division by zero, an overflow or the "
+                         "logarithm of a number not above zero). The program ends.";
+  const std::string ja = "演算エラー：" + what +
+                         " が有限の値になりません（ゼロ除算、オーバーフローまたは0以下の対数）。"
+                         "プログラムを終了します。";
+  throw FatalCondition(s.LanguageFlag == 1 ? en : ja);
 }
 
 double Finite(const SharedCalcState& s, double value, const std::string& what) {
@@ -280,12 +280,20 @@ double EstimateVaporPressure(const SharedCalcState& s, double tC) {
 
 void FitAntoineConstants(SharedCalcState& s) {
   auto& p = s.PureComp;
+  for (int i = 1; i <= kGridPoints; ++i)
+    p.GridVaporPress[i] =
+        Finite(s, EstimateVaporPressure(s, p.GridTempC[i]), "the vapour pressure");
+  FitAntoineToGridPressures(s);
+}
+
+void FitAntoineToGridPressures(SharedCalcState& s) {
+  auto& p = s.PureComp;
+  // y = c1 + c2 t + c3 (y t), the normal equations from the means over the 51 points.
   double st = 0, syt = 0, stt = 0, sytyt = 0, styt = 0, sy = 0, syy_t = 0, syyt = 0;
   for (int i = 1; i <= kGridPoints; ++i) {
     const double t = p.GridTempC[i];
-    const double press = Finite(s, EstimateVaporPressure(s, t), "the vapour pressure");
-    p.GridVaporPress[i] = press;
-    const double y = Finite(s, std::log10(press), "the logarithm of the vapour pressure");
+    const double y =
+        Finite(s, std::log10(p.GridVaporPress[i]), "the logarithm of the vapour pressure");
     const double yt = y * t;
     st += t;
     syt += yt;

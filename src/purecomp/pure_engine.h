@@ -35,6 +35,8 @@ double VaporPressLeeKesler(const SharedCalcState& s, double tC);
 double EstimateVaporPressure(const SharedCalcState& s, double tC);
 // Antoine constants from the vapour pressures on the grid (Cramer's rule on the means).
 void FitAntoineConstants(SharedCalcState& s);
+// The fit itself, over GridTempC and GridVaporPress as they stand.
+void FitAntoineToGridPressures(SharedCalcState& s);
 // Latent heat on the grid and its fit A + B T + C T^2.
 void EstimateLatentHeat(SharedCalcState& s);
 // Liquid heat capacity on the grid by the chosen method and its fit. Lyman-Danner with R or K

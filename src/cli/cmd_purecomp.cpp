@@ -1,11 +1,12 @@
 // tervale-cli purecomp: pure-component property estimation from a JSON case file;
-// tervale-cli example purecomp: writes the built-in case (n-hexane).
+// tervale-cli example purecomp -o FILE: writes the built-in case (n-hexane).
 #include <cmath>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 
 #include "cli/command_registry.h"
+#include "cli/example_registry.h"
 #include "io/display_format.h"
 #include "purecomp/pure_engine.h"
 #include "state/errors.h"
@@ -267,33 +268,17 @@ Json ReadJsonFile(const std::string& path) {
   }
 }
 
-// The subcommand "purecomp" under "example"; the example command is shared with the other
-// programs, so it is created here only when nobody has made it yet.
-void AddExample(CLI::App& app, CliContext& ctx) {
-  CLI::App* example = nullptr;
-  try {
-    example = app.get_subcommand("example");
-  } catch (const CLI::OptionNotFound&) {
-    example = app.add_subcommand("example", "Write a built-in example case");
-    example->require_subcommand(1);
-  }
-  auto* cmd = example->add_subcommand("purecomp", "The pure-component case (n-hexane)");
-  static std::string output;
-  cmd->add_option("-o,--output", output, "The JSON case file to write (default: stdout)");
-  cmd->callback([&ctx] {
-    ctx.action = [&ctx] {
-      const std::string text = ExampleCase().dump(2) + "\n";
-      if (output.empty()) {
-        std::cout << text;
-        return 0;
-      }
-      std::ofstream f(output, std::ios::binary | std::ios::trunc);
-      if (!(f << text) || !f.flush()) return Refuse(ctx, "Cannot write " + output);
-      std::cerr << "Wrote " << output << '\n';
-      return 0;
-    };
-  });
-}
+ExampleRegistrar example({"purecomp",
+                          "Pure-component estimation (n-hexane)",
+                          {1},
+                          1,
+                          [](CliContext& ctx, int, const std::filesystem::path& out) {
+                            std::ofstream f(out, std::ios::binary | std::ios::trunc);
+                            if (!(f << ExampleCase().dump(2) << '\n') || !f.flush())
+                              return Refuse(ctx, "Cannot write " + out.string());
+                            std::cerr << "Wrote " << out.string() << '\n';
+                            return 0;
+                          }});
 
 CommandRegistrar reg(80, [](CLI::App& app, CliContext& ctx) {
   auto* cmd = app.add_subcommand("purecomp", "Estimate pure-component properties from a case");
@@ -313,7 +298,6 @@ CommandRegistrar reg(80, [](CLI::App& app, CliContext& ctx) {
       return 0;
     };
   });
-  AddExample(app, ctx);
 });
 
 }  // namespace

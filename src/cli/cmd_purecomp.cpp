@@ -55,6 +55,18 @@ void ReadPureCase(const Json& c, SharedCalcState& s, PureComponentInput& in) {
   if (!c.is_object()) Bad("the file does not hold a JSON object");
   if (!c.contains("program") || c["program"] != "purecomp")
     Bad("\"program\" must be \"purecomp\" (this is not a pure-component case)");
+  const auto onlyKeys = [](const Json& object, std::initializer_list<const char*> keys,
+                           const std::string& where) {
+    for (auto it = object.begin(); it != object.end(); ++it) {
+      bool known = false;
+      for (const char* k : keys) known = known || it.key() == k;
+      if (!known) Bad(where + "unknown key \"" + it.key() + "\"");
+    }
+  };
+  onlyKeys(c,
+           {"program", "name", "mol_weight", "total_atoms", "tb_c", "temp_low_c", "temp_high_c",
+            "methods", "cp0", "lyman_danner", "spencer_danner", "groups"},
+           "");
   PureComponentInput input;
   if (c.contains("name")) {
     if (!c["name"].is_string()) Bad("name must be a string");
@@ -109,12 +121,14 @@ void ReadPureCase(const Json& c, SharedCalcState& s, PureComponentInput& in) {
   if (c.contains("lyman_danner")) {
     const Json& v = c["lyman_danner"];
     if (!v.is_object()) Bad("lyman_danner must be an object {\"R\", \"K\"}");
+    onlyKeys(v, {"R", "K"}, "lyman_danner: ");
     input.HasCpL_R = OptionalNumber(v, "R", "lyman_danner.", input.CpL_R);
     input.HasCpL_K = OptionalNumber(v, "K", "lyman_danner.", input.CpL_K);
   }
   if (c.contains("spencer_danner")) {
     const Json& v = c["spencer_danner"];
     if (!v.is_object()) Bad("spencer_danner must be an object {\"rho_ref\", \"t_ref_c\"}");
+    onlyKeys(v, {"rho_ref", "t_ref_c"}, "spencer_danner: ");
     input.HasLiqD_Dref = OptionalNumber(v, "rho_ref", "spencer_danner.", input.LiqD_Dref);
     input.HasLiqD_Tref = OptionalNumber(v, "t_ref_c", "spencer_danner.", input.LiqD_Tref);
   }

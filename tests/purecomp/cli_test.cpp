@@ -119,6 +119,9 @@ TEST_F(PureCompCli, BadCasesAreRefusedWithAClearMessage) {
   c["mol_weight"] = "86";
   refused(c, "mol_weight");
   c = Example();
+  c["tb"] = 68.73;  // a misspelt key is never ignored
+  refused(c, "unknown key");
+  c = Example();
   c["program"] = "unifac";
   refused(c, "program");
   c = Example();

@@ -130,6 +130,10 @@ int RunFlashCommand(CliContext& ctx, FlashOptions& o) {
     out.reset();
     if (opt->count() == 0) return true;
     if (text.empty() && blankAllowed) return true;
+    if (text.find_first_not_of(" \t") == std::string::npos) {
+      ctx.dialogs.Message("Option " + option + ": not a number: \"" + text + "\"");
+      return false;
+    }
     double v = 0;
     if (!ParseOptionNumber(ctx, option, text, v)) return false;
     out = v;

@@ -165,6 +165,26 @@ void LoadFlashExample(SharedCalcState& s, int number) {
   }
 }
 
+std::string_view FlashCalcTypeCaption(int calcType) {
+  static constexpr std::string_view kCaptions[] = {"沸点計算(圧力指定)",
+                                                   "露点計算(圧力指定)",
+                                                   "沸点計算(温度指定)",
+                                                   "露点計算(温度指定)",
+                                                   "フラッシュ計算(温度、圧力指定)",
+                                                   "凝縮曲線(圧力指定)"};
+  return (calcType >= 0 && calcType <= 5) ? kCaptions[calcType] : std::string_view{};
+}
+
+std::string FlashReadQuestion(std::string_view fileName) {
+  return "[ " + std::string(fileName) + " ] を読み込みます？";
+}
+std::string FlashSaveQuestion(std::string_view fileName) {
+  return "[ " + std::string(fileName) + " ] を保存しますか？";
+}
+std::string FlashOverwriteQuestion(std::string_view fileName) {
+  return "[ " + std::string(fileName) + " ] が存在します。上書きしますか？";
+}
+
 // ---- the flash data file ----
 
 std::string FlashFileText(const SharedCalcState& s) {

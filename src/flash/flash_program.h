@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "state/limits.h"
 
@@ -21,6 +22,14 @@ void ResetFlashCase(SharedCalcState& s);
 // n-butane, S-R-K). They assign what they list over whatever the state holds; anything else
 // stays as it was. Any other number does nothing.
 void LoadFlashExample(SharedCalcState& s, int number);
+
+// Caption of calculation type 0..5 in the option group (the same text in both languages);
+// empty for any other number.
+std::string_view FlashCalcTypeCaption(int calcType);
+// The questions of the read and save buttons, the file's name inside the brackets.
+std::string FlashReadQuestion(std::string_view fileName);
+std::string FlashSaveQuestion(std::string_view fileName);
+std::string FlashOverwriteQuestion(std::string_view fileName);
 
 // The first record of a flash data file (the column program's files begin the same way).
 inline constexpr const char* kFlashFileMagic = "Distillation Data";

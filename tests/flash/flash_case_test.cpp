@@ -72,6 +72,8 @@ TEST(FlashCase, ResetAndExamples) {
   s->LanguageFlag = 0;
   ResetFlashCase(*s);
   EXPECT_EQ(s->TitlePrefix, "ＦＬＡＳＨ計算");
+  EXPECT_EQ(FlashCalcTypeCaption(5), "凝縮曲線(圧力指定)");
+  EXPECT_EQ(FlashReadQuestion("a.dat"), "[ a.dat ] を読み込みます？");
 
   // Example 1 assigns water's HVapB twice and leaves its HLiqB as it was.
   s->Comp.HLiqB[3] = 0.123;

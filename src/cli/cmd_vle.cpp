@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cli/command_registry.h"
+#include "cli/example_registry.h"
 #include "io/record_writer.h"
 #include "regress/vle_case.h"
 #include "regress/vle_graph.h"
@@ -12,7 +13,7 @@
 namespace tervale::cli {
 
 // Writes example `number` of the estimation program to `file`. Returns the exit status.
-// Kept apart from the subcommand so that a shared `example` command can call it.
+// Example 3 is not prepared: its message, no file, exit 2.
 int WriteVLEExample(CliContext& ctx, int number, const std::string& file) {
   auto& s = ctx.s();
   Json object = {{"program", "vle"}, {"example", number}, {"file", file}};
@@ -35,11 +36,6 @@ struct VleOptions {
   std::string file;
   std::string calcType;
   std::string objective;
-};
-
-struct ExampleOptions {
-  std::string number = "1";
-  std::string output;
 };
 
 // A whole-number option within [min, max]; a bad value is refused naming the option.
@@ -166,12 +162,6 @@ int RunVle(CliContext& ctx, const VleOptions& o) {
   return 0;
 }
 
-CLI::App* FindOrAddSubcommand(CLI::App& app, const std::string& name, const std::string& help) {
-  for (CLI::App* sub : app.get_subcommands([](CLI::App*) { return true; }))
-    if (sub->get_name() == name) return sub;
-  return app.add_subcommand(name, help);
-}
-
 CommandRegistrar reg(60, [](CLI::App& app, CliContext& ctx) {
   static VleOptions vle;
   auto* cmd = app.add_subcommand("vle", "Fit Wilson or NRTL parameters to binary VLE data");
@@ -182,20 +172,15 @@ CommandRegistrar reg(60, [](CLI::App& app, CliContext& ctx) {
   cmd->add_option("--objective", vle.objective,
                   "1 Q=x*log(r'-r), 2 Gamma1=r'-r, 3 Gamma2=log(r2/r1), 4 y1=y'-y, 5 y2=y'/y");
   cmd->callback([&ctx] { ctx.action = [&ctx] { return RunVle(ctx, vle); }; });
-
-  static ExampleOptions example;
-  auto* group = FindOrAddSubcommand(app, "example", "Write a built-in example case to a file");
-  auto* ex = group->add_subcommand("vle", "Example of the binary parameter estimation (1..3)");
-  ex->add_option("number", example.number, "1 methanol-water, 2 TBA-water, 3 not prepared");
-  ex->add_option("-o,--output", example.output, "the case file to write")->required();
-  ex->callback([&ctx] {
-    ctx.action = [&ctx] {
-      int number = 0;
-      if (!ParseChoice(ctx, "number", example.number, 1, 3, number)) return Refused(ctx);
-      return WriteVLEExample(ctx, number, example.output);
-    };
-  });
 });
+
+ExampleRegistrar vleExamples({"vle",
+                              "Binary parameter estimation: 1 methanol-water, 2 TBA-water",
+                              {1, 2, 3},
+                              1,
+                              [](CliContext& ctx, int number, const std::filesystem::path& out) {
+                                return WriteVLEExample(ctx, number, out.string());
+                              }});
 
 }  // namespace
 }  // namespace tervale::cli

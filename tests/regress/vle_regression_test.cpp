@@ -359,6 +359,8 @@ TEST(VLEGraph, MouseReadout) {
   EXPECT_EQ(r.index, 41);
   EXPECT_EQ(r.y, c.CurveY[41]);
   EXPECT_EQ(r.measuredY, 0.579);
+  EXPECT_EQ(r.xText, ".20000");
+  EXPECT_EQ(r.measuredYText, ".57900");
   EXPECT_EQ(r.tpLabel, "Temp=");
   EXPECT_EQ(r.tpUnit, "℃");
   // On the curve away from any point: the curve's values; far from it: the panel hides.
@@ -403,6 +405,7 @@ TEST(VLEDialogs, ChangeParameterKeepsBlankFields) {
   f.c().WilsonLambda21 = 0.7;
   VLEParameterDialog d = OpenVLEChangeParameter(*f.s);
   EXPECT_EQ(d.title, "Change Wilson Parameter(V-L Equibrium)");
+  EXPECT_EQ(d.old12, "5.0000000E-1");
   EXPECT_FALSE(d.alphaShown);
   ApplyVLEChangeParameter(*f.s, "", "-3", "0.9");
   EXPECT_EQ(f.c().WilsonLambda12, 0.5);

@@ -217,6 +217,30 @@ bool ReadVLEDataFile(SharedCalcState& s, const std::filesystem::path& path) {
   return true;
 }
 
+bool ReadVLEDataCommand(SharedCalcState& s, const std::filesystem::path& path) {
+  const std::string name = path.filename().string();
+  const std::string en = "Read [ " + name + " ]";
+  const std::string ja = "[ " + name + " ] を読み込みます？";
+  if (AskUser(s, BiText{en, ja}, Buttons::YesNoCancel) != Answer::Yes) return false;
+  return ReadVLEDataFile(s, path);
+}
+
+bool SaveVLEDataCommand(SharedCalcState& s, const std::filesystem::path& path) {
+  const std::string name = path.filename().string();
+  const std::string en = "Save [ " + name + " ]";
+  const std::string ja = "[ " + name + " ] を保存しますか？";
+  if (AskUser(s, BiText{en, ja}, Buttons::YesNoCancel) != Answer::Yes) return false;
+  std::error_code ec;
+  if (std::filesystem::exists(path, ec)) {
+    const std::string en2 = "exsist [ " + name + " ], over-write";
+    const std::string ja2 = "[ " + name + " ] が存在します。上書きしますか？";
+    if (AskUser(s, BiText{en2, ja2}, Buttons::YesNoCancel) != Answer::Yes) return false;
+  }
+  SaveVLEDataFile(s, path);
+  s.DataFileName = path.string();
+  return true;
+}
+
 bool LoadVLEExample(SharedCalcState& s, int number) {
   switch (number) {
     case 1:

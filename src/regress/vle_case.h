@@ -75,6 +75,12 @@ bool ReadVLEDataFile(SharedCalcState& s, const std::filesystem::path& path);
 std::string FormatVLEDataFile(const VLEDataCase& c);
 void SaveVLEDataFile(const SharedCalcState& s, const std::filesystem::path& path);
 
+// The screen's Read Data and Save Data after the file dialog: the questions first ("Read [ name ]"
+// Yes/No/Cancel; "Save [ name ]" and, for an existing file, "exsist [ name ], over-write"), only
+// Yes going on. Return true when the file was read or written.
+bool ReadVLEDataCommand(SharedCalcState& s, const std::filesystem::path& path);
+bool SaveVLEDataCommand(SharedCalcState& s, const std::filesystem::path& path);
+
 // The example buttons: 1 methanol-water, 2 TBA-water at 760 mmHg. Any other number shows
 // "not prepared yet" and changes nothing (returns false).
 bool LoadVLEExample(SharedCalcState& s, int number);

@@ -175,6 +175,32 @@ TEST(VLECase, WrongAndTruncatedFiles) {
   EXPECT_EQ(g.s->VLE.NVLEData, 0);
 }
 
+TEST(VLECase, ReadAndSaveAskFirst) {
+  Fixture f;
+  LoadVLEExample(*f.s, 1);
+  fs::path p = TempFile("asked.dat");
+  fs::remove(p);
+  f.dialogs.preparedAnswers = {Answer::No};
+  EXPECT_FALSE(SaveVLEDataCommand(*f.s, p));
+  EXPECT_EQ(f.LastMessage(), "Save [ asked.dat ]");
+  EXPECT_FALSE(fs::exists(p));
+  EXPECT_TRUE(SaveVLEDataCommand(*f.s, p));  // Yes; no further question for a new file
+  EXPECT_EQ(f.LastMessage(), "Save [ asked.dat ]");
+  f.dialogs.preparedAnswers = {Answer::Yes, Answer::Cancel};
+  f.s->VLE.NVLEData = 3;
+  EXPECT_FALSE(SaveVLEDataCommand(*f.s, p));
+  EXPECT_EQ(f.LastMessage(), "exsist [ asked.dat ], over-write");
+
+  Fixture g;
+  g.s->LanguageFlag = 0;
+  g.dialogs.preparedAnswers = {Answer::Cancel};
+  EXPECT_FALSE(ReadVLEDataCommand(*g.s, p));
+  EXPECT_EQ(g.LastMessage(), "[ asked.dat ] を読み込みます？");
+  EXPECT_EQ(g.s->VLE.NVLEData, 0);
+  EXPECT_TRUE(ReadVLEDataCommand(*g.s, p));
+  EXPECT_EQ(g.s->VLE.NVLEData, 12);  // the overwrite was refused
+}
+
 TEST(VLECase, LenientNumbers) {
   EXPECT_EQ(ReadNumberLeniently("12.5"), 12.5);
   EXPECT_EQ(ReadNumberLeniently(" 3abc"), 3);

@@ -239,6 +239,25 @@ TEST(VLERegression, NrtlFitsBothExamples) {
   }
 }
 
+TEST(VLERegression, EveryObjectiveAndModelConvergesOnBothExamples) {
+  for (int example : {1, 2})
+    for (int calcType : {1, 2})
+      for (int objective = 1; objective <= 5; ++objective) {
+        Fixture f;
+        f.Calc(example, calcType, objective);
+        const double s0 = CalcObjectiveSum(*f.s);
+        RegressionResult r = MarquardtRegression(*f.s);
+        SCOPED_TRACE(testing::Message() << "example " << example << " type " << calcType
+                                        << " objective " << objective);
+        EXPECT_EQ(r.end, RegressionEnd::Converged);
+        EXPECT_LT(r.sumOfSquares, s0);
+        EXPECT_LE(r.evaluations, 800 * VLEResidualCount(f.c()));
+        const auto p = RegressedParameters(f.c());
+        EXPECT_TRUE(std::isfinite(p[1]) && std::isfinite(p[2]));
+        EXPECT_TRUE(f.dialogs.messages.empty());
+      }
+}
+
 TEST(VLERegression, ArithmeticFaultStopsAtTheLastAcceptedParameters) {
   Fixture f;
   f.Calc(1, 2, 1);

@@ -6,6 +6,8 @@
 #include <cmath>
 
 namespace tervale::screens {
+
+Q_LOGGING_CATEGORY(lcTiming, "tervale.timing", QtWarningMsg)
 namespace {
 
 constexpr BiText kTempUnits[] = {{"C", "℃"}, {"K", "゜K"}, {"F", "゜F"}};

@@ -1,5 +1,6 @@
 #pragma once
 // Small helpers between the state's UTF-8 texts and Qt strings.
+#include <QLoggingCategory>
 #include <QString>
 #include <string>
 #include <string_view>
@@ -8,6 +9,9 @@
 #include "state/shared_state.h"
 
 namespace tervale::screens {
+
+// Timings of the screens (QT_LOGGING_RULES="tervale.timing=true" shows them).
+Q_DECLARE_LOGGING_CATEGORY(lcTiming)
 
 inline QString Q(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));

@@ -9,6 +9,11 @@
 #include "io/record_writer.h"
 #include "state/errors.h"
 
+// GCC 12 reports a false -Wrestrict overlap in the inlined string assignments of this file.
+#if defined(__GNUC__) && !defined(__clang__) && __GNUC__ == 12
+#pragma GCC diagnostic ignored "-Wrestrict"
+#endif
+
 namespace tervale {
 
 double ScreenNumber(std::string_view text) {

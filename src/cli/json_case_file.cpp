@@ -1,0 +1,79 @@
+#include "cli/json_case_file.h"
+
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+#include "cli/command_registry.h"
+#include "io/record_writer.h"
+#include "state/errors.h"
+
+namespace tervale::cli {
+
+Json LoadJsonCase(const std::string& path) {
+  std::ifstream f(path, std::ios::binary);
+  if (!f) throw InputRefused("Cannot open the case file " + path);
+  std::stringstream text;
+  text << f.rdbuf();
+  try {
+    Json j = Json::parse(text.str());
+    if (!j.is_object())
+      throw InputRefused("The case file " + path + " does not hold a JSON object");
+    return j;
+  } catch (const Json::parse_error& e) {
+    throw InputRefused("The case file " + path + " is not valid JSON: " + e.what());
+  }
+}
+
+int WriteExampleText(CliContext& ctx, const std::string& output, const std::string& text) {
+  if (output.empty()) {
+    std::cout << text;
+    return 0;
+  }
+  std::ofstream f(output, std::ios::binary | std::ios::trunc);
+  if (!(f << text) || !f.flush()) return Refuse(ctx, "Cannot write " + output);
+  std::cerr << "Wrote " << output << '\n';
+  return 0;
+}
+
+double CaseNumber(const Json& object, const std::string& key, double fallback,
+                  const std::string& where) {
+  auto v = CaseOptionalNumber(object, key, where);
+  return v ? *v : fallback;
+}
+
+std::optional<double> CaseOptionalNumber(const Json& object, const std::string& key,
+                                         const std::string& where) {
+  if (!object.is_object() || !object.contains(key) || object.at(key).is_null()) return std::nullopt;
+  const Json& v = object.at(key);
+  if (!v.is_number())
+    throw InputRefused(where + ": \"" + key + "\" must be a number, not " + v.dump());
+  return v.get<double>();
+}
+
+std::string CaseString(const Json& object, const std::string& key, const std::string& where) {
+  if (!object.is_object() || !object.contains(key) || object.at(key).is_null()) return "";
+  const Json& v = object.at(key);
+  if (!v.is_string())
+    throw InputRefused(where + ": \"" + key + "\" must be a string, not " + v.dump());
+  return v.get<std::string>();
+}
+
+std::string CaseText(const Json& value, const std::string& where) {
+  if (value.is_null()) return "";
+  if (value.is_string()) return value.get<std::string>();
+  if (value.is_number()) return io::FormatShortest(value.get<double>());
+  throw InputRefused(where + " must be a number, a text or null, not " + value.dump());
+}
+
+CLI::App* ExampleCommand(CLI::App& app) {
+  try {
+    return app.get_subcommand("example");
+  } catch (const CLI::OptionNotFound&) {
+    auto* example = app.add_subcommand("example", "Write a built-in example case");
+    example->require_subcommand(1);
+    return example;
+  }
+}
+
+}  // namespace tervale::cli

@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "cli/command_registry.h"
+#include "cli/example_registry.h"
 #include "cli/json_case_file.h"
 #include "io/display_format.h"
 #include "state/errors.h"
@@ -141,15 +142,15 @@ CommandRegistrar reg(70, [](CLI::App& app, CliContext& ctx) {
       return 0;
     };
   });
-
-  auto* ex = ExampleCommand(app)->add_subcommand(
-      "antoine", "The Antoine case (methanol, ethanol, water, 1-propanol)");
-  static std::string output;
-  ex->add_option("-o,--output", output, "The JSON case file to write (default: stdout)");
-  ex->callback([&ctx] {
-    ctx.action = [&ctx] { return WriteExampleText(ctx, output, ExampleCase().dump(2) + "\n"); };
-  });
 });
+
+ExampleRegistrar antoineExamples({"antoine",
+                                  "Antoine case (methanol, ethanol, water, 1-propanol)",
+                                  {1},
+                                  1,
+                                  [](CliContext& ctx, int, const std::filesystem::path& out) {
+                                    return WriteExampleText(ctx, out, ExampleCase().dump(2) + "\n");
+                                  }});
 
 }  // namespace
 }  // namespace tervale::cli

@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "cli/command_registry.h"
+#include "cli/example_registry.h"
 #include "cli/json_case_file.h"
 #include "io/display_format.h"
 #include "io/field_reader.h"
@@ -188,19 +189,16 @@ CommandRegistrar reg(60, [](CLI::App& app, CliContext& ctx) {
       return 0;
     };
   });
-
-  auto* ex = ExampleCommand(app)->add_subcommand(
-      "unifac", "UNIFAC case 1 (methanol-water) or 2 (benzene-methanol)");
-  static int number = 1;
-  static std::string output;
-  ex->add_option("number", number, "1 or 2 (default 1)")->check(CLI::Range(1, 2));
-  ex->add_option("-o,--output", output, "The JSON case file to write (default: stdout)");
-  ex->callback([&ctx] {
-    ctx.action = [&ctx] {
-      return WriteExampleText(ctx, output, ExampleCase(number).dump(2) + "\n");
-    };
-  });
 });
+
+ExampleRegistrar unifacExamples({"unifac",
+                                 "UNIFAC case 1 (methanol-water) or 2 (benzene-methanol)",
+                                 {1, 2},
+                                 1,
+                                 [](CliContext& ctx, int number, const std::filesystem::path& out) {
+                                   return WriteExampleText(ctx, out,
+                                                           ExampleCase(number).dump(2) + "\n");
+                                 }});
 
 }  // namespace
 }  // namespace tervale::cli

@@ -4,7 +4,6 @@
 #include <iostream>
 #include <sstream>
 
-#include "cli/command_registry.h"
 #include "io/record_writer.h"
 #include "state/errors.h"
 
@@ -25,14 +24,15 @@ Json LoadJsonCase(const std::string& path) {
   }
 }
 
-int WriteExampleText(CliContext& ctx, const std::string& output, const std::string& text) {
-  if (output.empty()) {
-    std::cout << text;
-    return 0;
+int WriteExampleText(CliContext& ctx, const std::filesystem::path& output,
+                     const std::string& text) {
+  try {
+    io::SaveFileAtomically(output, text);
+  } catch (const FileWriteError& e) {
+    return Refuse(ctx, e.what());
   }
-  std::ofstream f(output, std::ios::binary | std::ios::trunc);
-  if (!(f << text) || !f.flush()) return Refuse(ctx, "Cannot write " + output);
-  std::cerr << "Wrote " << output << '\n';
+  if (ctx.json) PrintJson(ctx, Json{{"file", output.string()}});
+  std::cerr << "Wrote " << output.string() << '\n';
   return 0;
 }
 
@@ -64,16 +64,6 @@ std::string CaseText(const Json& value, const std::string& where) {
   if (value.is_string()) return value.get<std::string>();
   if (value.is_number()) return io::FormatShortest(value.get<double>());
   throw InputRefused(where + " must be a number, a text or null, not " + value.dump());
-}
-
-CLI::App* ExampleCommand(CLI::App& app) {
-  try {
-    return app.get_subcommand("example");
-  } catch (const CLI::OptionNotFound&) {
-    auto* example = app.add_subcommand("example", "Write a built-in example case");
-    example->require_subcommand(1);
-    return example;
-  }
 }
 
 }  // namespace tervale::cli

@@ -43,6 +43,8 @@ Json ExampleCase() {
 
 void ReadCase(const Json& j, const std::string& file, SharedCalcState& s) {
   AntoineEstimate e;
+  CheckCaseProgram(j, "antoine", file);
+  CheckCaseKeys(j, {"program", "temp_low", "temp_high", "substances"}, file);
   e.TempLow = CaseOptionalNumber(j, "temp_low", file);
   e.TempHigh = CaseOptionalNumber(j, "temp_high", file);
   const Json& subs = j.contains("substances") ? j.at("substances") : Json::array();
@@ -54,7 +56,7 @@ void ReadCase(const Json& j, const std::string& file, SharedCalcState& s) {
     int r = static_cast<int>(k) + 1;
     const Json& o = subs.at(k);
     std::string where = file + ": substance " + std::to_string(r);
-    if (!o.is_object()) throw InputRefused(where + " must be an object");
+    CheckCaseKeys(o, {"formula", "name", "A", "B", "C", "Tc", "Pc", "omega", "points"}, where);
     e.Formula[r] = CaseString(o, "formula", where);
     e.Name[r] = CaseString(o, "name", where);
     e.A[r] = CaseNumber(o, "A", 0, where);

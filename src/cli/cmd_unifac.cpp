@@ -53,12 +53,15 @@ Json ExampleCase(int number) {
 
 UnifacScreenInput ReadCase(const Json& j, const std::string& file) {
   UnifacScreenInput in;
+  CheckCaseProgram(j, "unifac", file);
+  CheckCaseKeys(j, {"program", "components", "pressure", "temperature", "groups"}, file);
   const Json& comps = j.contains("components") ? j.at("components") : Json();
   if (!comps.is_array() || comps.size() != 2)
     throw InputRefused(file + ": \"components\" must list exactly two components");
   for (int i = 1; i <= 2; ++i) {
     const Json& c = comps.at(i - 1);
     std::string where = file + ": component " + std::to_string(i);
+    CheckCaseKeys(c, {"name", "A", "B", "C"}, where);
     in.Name[i] = CaseString(c, "name", where);
     in.A[i] = CaseText(c.value("A", Json()), where + " A");
     in.B[i] = CaseText(c.value("B", Json()), where + " B");
@@ -71,7 +74,8 @@ UnifacScreenInput ReadCase(const Json& j, const std::string& file) {
     if (!groups.is_array()) throw InputRefused(file + ": \"groups\" must be a list");
     for (const Json& g : groups) {
       std::string where = file + ": group " + g.dump();
-      if (!g.is_object() || !g.contains("subgroup") || !g.at("subgroup").is_number_integer())
+      CheckCaseKeys(g, {"subgroup", "counts"}, where);
+      if (!g.contains("subgroup") || !g.at("subgroup").is_number_integer())
         throw InputRefused(where + ": \"subgroup\" must be a whole number");
       int sg = g.at("subgroup").get<int>();
       if (sg < 1 || sg > kScreenSubGroups)

@@ -36,6 +36,27 @@ int WriteExampleText(CliContext& ctx, const std::filesystem::path& output,
   return 0;
 }
 
+void CheckCaseKeys(const Json& object, std::initializer_list<const char*> allowed,
+                   const std::string& where) {
+  if (!object.is_object()) throw InputRefused(where + " must be a JSON object");
+  for (const auto& item : object.items()) {
+    bool known = false;
+    for (const char* k : allowed) known = known || item.key() == k;
+    if (!known) {
+      std::string list;
+      for (const char* k : allowed) list += (list.empty() ? "" : ", ") + std::string(k);
+      throw InputRefused(where + ": unknown key \"" + item.key() + "\" (known keys: " + list + ")");
+    }
+  }
+}
+
+void CheckCaseProgram(const Json& object, const std::string& program, const std::string& file) {
+  std::string found = CaseString(object, "program", file);
+  if (found != program)
+    throw InputRefused(file + ": not a case of the " + program + " program (\"program\" is \"" +
+                       found + "\", expected \"" + program + "\")");
+}
+
 double CaseNumber(const Json& object, const std::string& key, double fallback,
                   const std::string& where) {
   auto v = CaseOptionalNumber(object, key, where);

@@ -1,5 +1,6 @@
 #pragma once
 #include <filesystem>
+#include <initializer_list>
 #include <optional>
 #include <string>
 
@@ -12,6 +13,12 @@ Json LoadJsonCase(const std::string& path);
 
 // Writes an example case file; refused when the file cannot be written.
 int WriteExampleText(CliContext& ctx, const std::filesystem::path& output, const std::string& text);
+
+// Refuses keys of `object` not in `allowed` (a misspelt key is never ignored) and a "program"
+// other than `program`.
+void CheckCaseKeys(const Json& object, std::initializer_list<const char*> allowed,
+                   const std::string& where);
+void CheckCaseProgram(const Json& object, const std::string& program, const std::string& file);
 
 // Field access with messages naming the key. A missing key or null gives the fallback.
 double CaseNumber(const Json& object, const std::string& key, double fallback,

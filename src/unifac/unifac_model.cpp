@@ -374,8 +374,9 @@ bool RunUnifacEstimate(SharedCalcState& s, const UnifacScreenInput& in) {
 namespace {
 
 double GammaAxisTop(double greatest) {
+  // The first of 2, 5, 10, 20 above the greatest; 20 or more gets 50.
   for (double top : {2.0, 5.0, 10.0, 20.0})
-    if (greatest <= top) return top;
+    if (greatest < top) return top;
   return 50.0;
 }
 
@@ -389,26 +390,23 @@ std::vector<Polyline> Curves(const UnifacCurve& x, const std::array<double, kUni
     if (cur.size() >= 2) out.push_back(cur);
     cur.clear();
   };
+  auto valid = [&](int n) { return v[n] > -999 && std::isfinite(v[n]); };
   for (int n = 1; n <= kUnifacPoints; ++n) {
-    if (v[n] <= -999 || !std::isfinite(v[n])) {
+    if (!valid(n)) {
       flush();
       continue;
     }
-    if (clipTop && n > 1 && !cur.empty()) {
-      double x0 = x[n - 1], v0 = v[n - 1], x1 = x[n], v1 = v[n];
-      bool in0 = v0 <= *clipTop, in1 = v1 <= *clipTop;
-      if (in0 && !in1) {
-        cur.push_back({x0 + (x1 - x0) * (*clipTop - v0) / (v1 - v0), *clipTop});
-        flush();
-        continue;
-      }
-    }
     if (clipTop && v[n] > *clipTop) {
-      // Entering the frame from above.
-      if (n < kUnifacPoints && v[n + 1] <= *clipTop && v[n + 1] > -999) {
-        double x0 = x[n], v0 = v[n], x1 = x[n + 1], v1 = v[n + 1];
+      // Leaving the frame at the top: end the line where the segment crosses it.
+      if (!cur.empty()) {
+        double x0 = x[n - 1], v0 = v[n - 1];
+        cur.push_back({x0 + (x[n] - x0) * (*clipTop - v0) / (v[n] - v0), *clipTop});
         flush();
-        cur.push_back({x0 + (x1 - x0) * (*clipTop - v0) / (v1 - v0), *clipTop});
+      }
+      // Coming back into the frame before the next sample: start where it crosses.
+      if (n < kUnifacPoints && valid(n + 1) && v[n + 1] <= *clipTop) {
+        double x1 = x[n + 1], v1 = v[n + 1];
+        cur.push_back({x[n] + (x1 - x[n]) * (*clipTop - v[n]) / (v1 - v[n]), *clipTop});
       }
       continue;
     }

@@ -235,6 +235,41 @@ TEST(UnifacModel, BenzeneMethanolHasAnAzeotrope) {
   EXPECT_EQ(UnifacMouseReadout(*s, g, g.Right)->N, 201);
 }
 
+TEST(UnifacGraph, GammaAxisAndClippingAtTheTop) {
+  auto s = MakeSharedCalcState();
+  auto& u = s->Unifac;
+  for (int n = 1; n <= kUnifacPoints; ++n) {
+    double x = (1.0 / 200.0) * (n - 1);
+    u.CurveX[n] = x;
+    u.CurveY[n] = x;
+    u.CurveT[n] = 100 - 30 * x;
+    u.CurveGamma[n][1] = 1 + 100 * (0.5 - x) * (0.5 - x) * 4;  // 101 at both ends, 1 in the middle
+    u.CurveGamma[n][2] = 1;
+  }
+  u.CurveGamma[50][2] = -999;  // a missing sample splits the curve
+  u.CurveTMax = 100;
+  u.CurveTMin = 70;
+  UnifacGraphData g = DrawUnifacGraph(*s);
+  EXPECT_EQ(g.GammaTop, 50);
+  EXPECT_EQ(g.TempTop, 110);
+  EXPECT_EQ(g.TempBottom, 70);
+  EXPECT_EQ(g.TempTick, 8);
+  ASSERT_EQ(g.Gamma1Curve.size(), 1u);
+  const Polyline& line = g.Gamma1Curve.front();
+  EXPECT_DOUBLE_EQ(line.front().v, 50);
+  EXPECT_DOUBLE_EQ(line.back().v, 50);
+  EXPECT_NEAR(line.front().x, 0.5 - std::sqrt(49.0 / 400.0), 0.005);
+  for (const auto& p : line) EXPECT_LE(p.v, 50);
+  EXPECT_EQ(g.Gamma1Label.v, 50);
+  EXPECT_EQ(g.Gamma2Curve.size(), 2u);
+  // Exactly 20 goes to the 50 axis; just under 2 stays at 2.
+  for (int n = 1; n <= kUnifacPoints; ++n) u.CurveGamma[n][1] = 1;
+  u.CurveGamma[7][1] = 20;
+  EXPECT_EQ(DrawUnifacGraph(*s).GammaTop, 50);
+  u.CurveGamma[7][1] = 1.99;
+  EXPECT_EQ(DrawUnifacGraph(*s).GammaTop, 2);
+}
+
 TEST(UnifacModel, UnreachablePressureEndsWithAMessage) {
   RecordingDialogs d;
   auto s = LoadedState(d);

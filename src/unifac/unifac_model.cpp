@@ -369,6 +369,30 @@ bool RunUnifacEstimate(SharedCalcState& s, const UnifacScreenInput& in) {
   return true;
 }
 
+// ---- the screens' tables ----
+
+UnifacTableCell UnifacGroupTableCell(int subgroup) {
+  UnifacTableCell c;
+  if (subgroup < 1 || subgroup > 88) return c;
+  c.Block = (subgroup - 1) / 22 + 1;
+  c.Row = (subgroup - 1) % 22 + 1;
+  return c;
+}
+
+std::string UnifacInteractionCellText(const SharedCalcState& s, int m, int n) {
+  if (m < 1 || n < 1 || m > kMaxMainGroups || n > kMaxMainGroups) return "";
+  double a = s.Unifac.InteractionA[m][n];
+  if (a <= -9999) return "";
+  return io::FormatShortest(a);
+}
+
+std::string UnifacReferenceText() {
+  return "出典\r\n"
+         "Ind. Eng. Chem. Res. 1987,26,159-161\r\n"
+         "Ind. Eng. Chem. Res. 1991,30,2352-2355\r\n"
+         "適用範囲：温度範囲(275～425K) 最大圧力 15bar";
+}
+
 // ---- diagram ----
 
 namespace {

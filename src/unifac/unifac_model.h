@@ -91,6 +91,19 @@ struct UnifacReadout {
 std::optional<UnifacReadout> UnifacMouseReadout(const SharedCalcState& s,
                                                 const UnifacGraphData& graph, double clickX);
 
+// ---- the screens' tables ----
+// Place of subgroup s in the group table: block (1..4) and row (1..22); the counts of block e
+// are its columns 5e - 1 and 5e. Subgroups beyond 88 have no place (block 0).
+struct UnifacTableCell {
+  int Block = 0;
+  int Row = 0;
+};
+UnifacTableCell UnifacGroupTableCell(int subgroup);
+// A cell of the interaction grid: a_mn as text, blank for a value at or below -9999.
+std::string UnifacInteractionCellText(const SharedCalcState& s, int m, int n);
+// The reference screen's text (four lines, the same in both languages).
+std::string UnifacReferenceText();
+
 // "Int" of the older program: the greatest whole number not above x.
 inline double IntOf(double x) {
   return std::floor(x);

@@ -126,6 +126,14 @@ TEST(UnifacCase, ChecksInOrderWithTheirMessages) {
   in.Count[24][2] = "1";  // HCOO, main group 12
   EXPECT_EQ(refused(in), (std::vector<std::string>{"相互作用ﾊﾟﾗﾒｰﾀ a8,12が登録されていません。",
                                                    "相互作用ﾊﾟﾗﾒｰﾀ a12,8が登録されていません。"}));
+  // Exactly -9000 counts as registered; below it the pair is missing.
+  s->Unifac.InteractionA[6][7] = -9000;
+  d.messages.clear();
+  EXPECT_TRUE(PrepareUnifacCase(*s, UnifacExample(1)));
+  s->Unifac.InteractionA[6][7] = -9000.5;
+  EXPECT_EQ(refused(UnifacExample(1)),
+            std::vector<std::string>{"相互作用ﾊﾟﾗﾒｰﾀ a6,7が登録されていません。"});
+  s->Unifac.InteractionA[6][7] = -181;
   // Japanese texts in Japanese mode.
   s->LanguageFlag = 0;
   in = UnifacExample(1);
@@ -278,6 +286,22 @@ TEST(UnifacModel, UnreachablePressureEndsWithAMessage) {
   ASSERT_TRUE(RunUnifacEstimate(*s, in));
   ASSERT_FALSE(d.messages.empty());
   EXPECT_NE(d.messages[0].find("did not converge"), std::string::npos);
+}
+
+TEST(UnifacScreens, TablePlacesAndInteractionCells) {
+  EXPECT_EQ(UnifacGroupTableCell(1).Block, 1);
+  EXPECT_EQ(UnifacGroupTableCell(22).Row, 22);
+  EXPECT_EQ(UnifacGroupTableCell(23).Block, 2);
+  EXPECT_EQ(UnifacGroupTableCell(23).Row, 1);
+  EXPECT_EQ(UnifacGroupTableCell(88).Block, 4);
+  EXPECT_EQ(UnifacGroupTableCell(89).Block, 0);
+  RecordingDialogs d;
+  auto s = LoadedState(d);
+  EXPECT_EQ(UnifacInteractionCellText(*s, 6, 7), "-181");
+  EXPECT_EQ(UnifacInteractionCellText(*s, 8, 12), "");
+  s->Unifac.InteractionA[1][2] = -9500;  // registered for the grid, missing for the check
+  EXPECT_EQ(UnifacInteractionCellText(*s, 1, 2), "-9500");
+  EXPECT_EQ(UnifacReferenceText().substr(0, 6), "出典");
 }
 
 TEST(ScreenNumber, LeadingNumberOfTheText) {

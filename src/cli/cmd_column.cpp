@@ -63,10 +63,10 @@ int RunColumn(CliContext& ctx, const std::string& file, bool cont) {
   std::filesystem::create_directories(ctx.dataDir, ec);
   BuildProductLists(s);
   if (cont) {
-    if (s.Column.PrevNTray < 1) {
+    if (s.Column.CalcFinished != 1) {  // no profiles are held without results
       return Refuse(ctx, s.LanguageFlag == 1
-                             ? "No held profiles to continue from: the file holds no results"
-                             : "前回計算結果がありません。");
+                             ? "No profiles to continue from: the file holds no calculation results"
+                             : "前回計算結果がありません。ファイルに計算結果が含まれていません。");
     }
     if (!ContinueTrayComposition(s)) {  // the message has been shown
       if (ctx.json) PrintJson(ctx, Json::object());

@@ -90,7 +90,11 @@ void BM_ColumnGenerated(benchmark::State& st) {
       static_cast<double>(passes) * nTray * nc,
       benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
-BENCHMARK(BM_ColumnGenerated)->Args({50, 5})->Args({100, 10})->Args({200, 20})->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ColumnGenerated)
+    ->Args({50, 5})
+    ->Args({100, 10})
+    ->Args({200, 20})
+    ->Unit(benchmark::kMillisecond);
 
 void BM_ShortCutExample1(benchmark::State& st) {
   auto s = MakeSharedCalcState();

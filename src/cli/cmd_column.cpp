@@ -5,6 +5,7 @@
 #include <map>
 
 #include "cli/command_registry.h"
+#include "cli/example_registry.h"
 #include "column/column_case.h"
 #include "column/column_results.h"
 #include "column/shortcut.h"
@@ -275,25 +276,17 @@ CommandRegistrar reg(400, [](CLI::App& app, CliContext& ctx) {
         ->check(CLI::IsMember({"total", "partial"}));
     cmd->callback([&ctx] { ctx.action = [&ctx] { return RunShortCutCommand(ctx, o); }; });
   }
-  // example column N -o FILE, until the shared example command takes the column's examples
-  if (app.get_subcommands([](CLI::App* a) { return a->get_name() == "example"; }).empty()) {
-    auto* cmd = app.add_subcommand("example", "Write a built-in example case");
-    static std::string program;
-    static int number = 1;
-    static std::string out;
-    cmd->add_option("program", program, "column")->required()->check(CLI::IsMember({"column"}));
-    cmd->add_option("number", number, "Example number");
-    cmd->add_option("-o,--output", out, "Output file")->required();
-    cmd->callback([&ctx] {
-      ctx.action = [&ctx] {
-        if (!WriteColumnExample(ctx, number, out))
-          return Refuse(ctx, "この例題のデータはまだありません。");
-        if (ctx.json) PrintJson(ctx, Json{{"file", out}});
-        return 0;
-      };
-    });
-  }
 });
+
+ExampleRegistrar columnExamples({"column",
+                                 "Continuous column example 1",
+                                 {1},
+                                 1,
+                                 [](CliContext& ctx, int number, const std::filesystem::path& out) {
+                                   if (!WriteColumnExample(ctx, number, out.string()))
+                                     return Refuse(ctx, "この例題のデータはまだありません。");
+                                   return 0;
+                                 }});
 
 }  // namespace
 }  // namespace tervale::cli

@@ -29,7 +29,8 @@ struct ColumnFixture : ::testing::Test {
     s.Dialogs = &dialogs;
     s.LanguageFlag = 1;
     dir = fs::temp_directory_path() /
-          ("tervale_column_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+          ("tervale_column_" +
+           std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
     fs::remove_all(dir);
     fs::create_directories(dir);
     s.DataPath = dir.string();
@@ -49,7 +50,9 @@ struct ColumnFixture : ::testing::Test {
   }
 };
 
-double Num(const io::Cell& c) { return std::get<double>(c); }
+double Num(const io::Cell& c) {
+  return std::get<double>(c);
+}
 
 std::string ReadAll(const fs::path& p) {
   std::ifstream f(p, std::ios::binary);
@@ -135,8 +138,8 @@ TEST_F(ColumnFixture, ResultFileReadsBackWithTheSameTables) {
   before.push_back(ColumnBalanceTable(s));
   for (auto v : {TrayView::LiquidMol, TrayView::VaporMol, TrayView::LiquidWt, TrayView::VaporWt})
     before.push_back(ColumnTrayTable(s, v));
-  for (auto v : {ProductView::FeedMol, ProductView::FeedWt, ProductView::VaporMol, ProductView::VaporWt,
-                 ProductView::LiquidMol, ProductView::LiquidWt})
+  for (auto v : {ProductView::FeedMol, ProductView::FeedWt, ProductView::VaporMol,
+                 ProductView::VaporWt, ProductView::LiquidMol, ProductView::LiquidWt})
     before.push_back(ColumnProductTable(s, v));
   const ColumnDuties d0 = CalcColumnDuties(s);
 
@@ -152,8 +155,8 @@ TEST_F(ColumnFixture, ResultFileReadsBackWithTheSameTables) {
   after.push_back(ColumnBalanceTable(*other));
   for (auto v : {TrayView::LiquidMol, TrayView::VaporMol, TrayView::LiquidWt, TrayView::VaporWt})
     after.push_back(ColumnTrayTable(*other, v));
-  for (auto v : {ProductView::FeedMol, ProductView::FeedWt, ProductView::VaporMol, ProductView::VaporWt,
-                 ProductView::LiquidMol, ProductView::LiquidWt})
+  for (auto v : {ProductView::FeedMol, ProductView::FeedWt, ProductView::VaporMol,
+                 ProductView::VaporWt, ProductView::LiquidMol, ProductView::LiquidWt})
     after.push_back(ColumnProductTable(*other, v));
   ASSERT_EQ(before.size(), after.size());
   for (size_t k = 0; k < before.size(); ++k) {
@@ -339,7 +342,8 @@ TEST_F(ColumnFixture, StoppedRunKeepsNoResults) {
   BuildProductLists(s);
   InitTrayComposition(s);
   int calls = 0;
-  const TrayRunResult r = RunTrayCalculation(s, [&](const TrayProgress&) { return ++calls == 3; }, true);
+  const TrayRunResult r = RunTrayCalculation(
+      s, [&](const TrayProgress&) { return ++calls == 3; }, true);
   EXPECT_TRUE(r.stopped);
   EXPECT_EQ(s.Column.CalcFinished, 0);
   EXPECT_EQ(ReadAll(dir / "Result.dat"), "old");

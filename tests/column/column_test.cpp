@@ -336,6 +336,68 @@ TEST_F(ColumnFixture, TwoTraysWithACondenserKeepTheirFlows) {
   EXPECT_NE(c.TrayHL[1], 0);  // stage 2 ran
 }
 
+TEST_F(ColumnFixture, NoCondenserAndVapourProducts) {
+  // no reflux: tray 1 is a real tray found by its dew point, the top product is vapour
+  LoadColumnExample1(s);
+  auto& c = s.Column;
+  c.RefluxRatio = 0;
+  c.TopLiquidFlow = 0;
+  c.TopVaporFlow = 83;
+  BuildProductLists(s);
+  InitTrayComposition(s);
+  EXPECT_DOUBLE_EQ(c.TrayV[1], 83);
+  EXPECT_DOUBLE_EQ(c.TrayL[1], 0);
+  RunTrayCalculation(s, nullptr, false);
+  EXPECT_EQ(c.CalcFinished, 1);
+  EXPECT_DOUBLE_EQ(c.TrayV[1], 83);  // tray 1's vapour stays fixed
+  for (int j = 1; j <= s.NTray; ++j) EXPECT_TRUE(std::isfinite(c.TrayT[j])) << j;
+  io::ReportTable v = ColumnProductTable(s, ProductView::VaporMol);
+  ASSERT_EQ(v.columns.size(), 2u);
+  EXPECT_EQ(v.columns[1], "1 # ");
+  EXPECT_TRUE(v.messages.empty());
+  EXPECT_EQ(Num(v.rows[2][1]), 83);
+
+  // a vapour product from a condenser with reflux keeps tray 1's temperature
+  LoadColumnExample1(s);
+  c.TopLiquidFlow = 0;
+  c.TopVaporFlow = 83;
+  BuildProductLists(s);
+  InitTrayComposition(s);
+  const double t1 = c.TrayT[1];
+  RunTrayCalculation(s, nullptr, false);
+  EXPECT_EQ(c.CalcFinished, 1);
+  EXPECT_EQ(c.TrayT[1], t1);
+  EXPECT_EQ(c.TrayV[1], 0);
+}
+
+TEST_F(ColumnFixture, HeatBlockOnlyAboveMethodOne) {
+  LoadColumnExample1(s);
+  s.EnthalpyMethod = 2;  // enthalpies all 0: every Q is 0 undivided
+  Solve();
+  EXPECT_EQ(s.Column.CalcFinished, 1);
+  EXPECT_EQ(s.Column.TrayHV[5], 0);
+  const io::ReportTable t = ColumnBalanceTable(s);
+  ASSERT_EQ(t.rows.size(), 9u);
+  EXPECT_EQ(std::get<std::string>(t.rows[7][0]), "Heat Duty Condenser( Kcal )");
+  const ColumnDuties d = CalcColumnDuties(s);
+  EXPECT_EQ(d.Condenser, 0);
+  EXPECT_EQ(d.Reboiler, 0);
+  // a side cut shows in the liquid products between the top and the bottom
+  LoadColumnExample1(s);
+  s.NSideLiq = 1;
+  s.Column.LiqSideTray[1] = 10;
+  s.Column.LiqSideFlow[1] = 20;
+  Solve();
+  const io::ReportTable l = ColumnProductTable(s, ProductView::LiquidWt);
+  ASSERT_EQ(l.columns.size(), 4u);
+  EXPECT_EQ(l.columns[2], "10 # ");
+  double wsum = 0;
+  for (int i = 1; i <= 4; ++i) wsum += Num(l.rows[3 + i][2]);
+  EXPECT_NEAR(wsum, 1.0, 1e-12);
+  const io::ReportTable b = ColumnBalanceTable(s);
+  EXPECT_NEAR(Num(b.rows[4][2]), 380, 1e-9);
+}
+
 TEST_F(ColumnFixture, StoppedRunKeepsNoResults) {
   LoadColumnExample1(s);
   io::SaveFileAtomically(dir / "Result.dat", "old");

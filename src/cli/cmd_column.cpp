@@ -35,6 +35,7 @@ bool ReadCase(CliContext& ctx, const std::string& file, std::string& refusal) {
     refusal = s.Column.ReadError;
     return false;
   }
+  RefreshColumnSummary(s);  // the negative bottom-flow notice, as after reading on the screen
   return true;
 }
 

@@ -214,6 +214,11 @@ void RefreshColumnSummary(SharedCalcState& s) {
   if (!m.empty()) ShowMessage(s, m);
 }
 
+std::string ShowFileNameText(const std::string& path) {
+  const size_t cut = path.find_last_of("\\/");
+  return (cut == std::string::npos ? path : path.substr(cut + 1)) + " ";
+}
+
 std::string CheckColumnRunnable(const SharedCalcState& s) {
   const auto& c = s.Column;
   const bool en = s.LanguageFlag == 1;

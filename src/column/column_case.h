@@ -114,6 +114,10 @@ std::string CheckBottomFlow(SharedCalcState& s);
 // Totals refreshed and the bottom-flow notice shown, as after every input screen.
 void RefreshColumnSummary(SharedCalcState& s);
 
+// The main screen's title text for a data file: the name behind the last backslash (or slash),
+// plus one blank.
+std::string ShowFileNameText(const std::string& path);
+
 // What the Go button checks, plus the guards a case from a file needs so that the solver never
 // indexes outside the column (counts, tray numbers, feed). Empty when the case can run.
 std::string CheckColumnRunnable(const SharedCalcState& s);

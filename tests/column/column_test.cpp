@@ -413,6 +413,8 @@ TEST_F(ColumnFixture, StoppedRunKeepsNoResults) {
 
 TEST_F(ColumnFixture, InputChecks) {
   LoadColumnExample1(s);
+  EXPECT_EQ(ShowFileNameText("C:\\data\\case1.dat"), "case1.dat ");
+  EXPECT_EQ(ShowFileNameText("case2.dat"), "case2.dat ");
   EXPECT_EQ(CheckPlateLimit(s, 201), "Over max theoretical plates (200)");
   EXPECT_EQ(CheckPlateLimit(s, 200), "");
   EXPECT_EQ(CheckFeedLocation(s, 1), "フィード段が1以下または理論段数以上です。");

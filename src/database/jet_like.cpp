@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <string>
 #include <vector>
 
 namespace tervale::db {
@@ -163,6 +164,8 @@ bool Match(const Pattern& p, const std::vector<char32_t>& s) {
 }
 
 struct Scratch {
+  std::string lastPattern;  // the pattern compiled last: a query uses one pattern for all rows
+  bool compiledOnce = false;
   std::vector<char32_t> pattern, text;
   Pattern compiled;
 };
@@ -178,9 +181,14 @@ void LikeFunction(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   const auto* txt = reinterpret_cast<const char*>(sqlite3_value_text(argv[1]));
   int txtLen = sqlite3_value_bytes(argv[1]);
   auto* scratch = static_cast<Scratch*>(sqlite3_user_data(ctx));
-  Decode(std::string_view(pat, patLen), scratch->pattern);
-  Decode(std::string_view(txt, txtLen), scratch->text);
-  Compile(scratch->pattern, scratch->compiled);
+  std::string_view patView(pat, size_t(patLen));
+  if (!scratch->compiledOnce || patView != scratch->lastPattern) {
+    scratch->lastPattern.assign(patView);
+    Decode(patView, scratch->pattern);
+    Compile(scratch->pattern, scratch->compiled);
+    scratch->compiledOnce = true;
+  }
+  Decode(std::string_view(txt, size_t(txtLen)), scratch->text);
   sqlite3_result_int(ctx, Match(scratch->compiled, scratch->text) ? 1 : 0);
 }
 

@@ -108,6 +108,17 @@ void ShowParameterSave(SharedCalcState& s, const ParameterSaveForm& form) {
                                                     : "すでに同じN.R.T.L Parameterが登録済み！！"));
 }
 
+void AddAntoineRow(PropertyDatabase& db, const AntoineRow& row) {
+  auto optional = [](const auto& v) -> Value { return v ? Value(*v) : Value(std::monostate{}); };
+  db.InTransaction([&] {
+    db.Execute(
+        "INSERT INTO [AntoineConstant] ([Formula], [Name], [Index], [Equation Type], [AN], [BN], "
+        "[CN], [TL], [TU], [Memo], [Date_Create]) VALUES (?, ?, ?, 1, ?, ?, ?, ?, ?, ?, ?)",
+        {row.Formula, row.Name, row.Index, row.AN, row.BN, row.CN, optional(row.TL),
+         optional(row.TU), optional(row.Memo), Today()});
+  });
+}
+
 SaveResult SaveParameters(PropertyDatabase& db, SharedCalcState& s, ParameterSaveForm& f,
                           const CriticalConstantFormFn& openCriticalConstantForm) {
   SaveResult result;
@@ -146,22 +157,20 @@ SaveResult SaveParameters(PropertyDatabase& db, SharedCalcState& s, ParameterSav
       return result;
     }
     const std::string today = Today();
-    auto optional = [](const std::optional<double>& v) -> Value {
-      return v ? Value(*v) : Value(std::monostate{});
-    };
     // 5. Antoine constants not yet stored: one row each, each written whole or not at all.
     for (int k = 1; k <= 2; ++k) {
       if (f.AntoineKnown[k]) continue;
       ShowMessage(s, Same("'" + c.ComponentName[k] + "' のAntoine定数が未登録です。"));
-      db.InTransaction([&] {
-        db.Execute(
-            "INSERT INTO [AntoineConstant] ([Formula], [Name], [Index], [Equation Type], [AN], "
-            "[BN], [CN], [TL], [TU], [Memo], [Date_Create]) VALUES (?, ?, ?, 1, ?, ?, ?, ?, ?, "
-            "NULL, ?)",
-            {f.Formula[k], c.ComponentName[k], std::int64_t(f.AntoineLastIndex[k] + 1),
-             c.AntoineA[k], c.AntoineB[k], c.AntoineC[k], optional(c.AntoineTL[k]),
-             optional(c.AntoineTU[k]), today});
-      });
+      AntoineRow row;
+      row.Formula = f.Formula[k];
+      row.Name = c.ComponentName[k];
+      row.Index = f.AntoineLastIndex[k] + 1;
+      row.AN = c.AntoineA[k];
+      row.BN = c.AntoineB[k];
+      row.CN = c.AntoineC[k];
+      row.TL = c.AntoineTL[k];
+      row.TU = c.AntoineTU[k];
+      AddAntoineRow(db, row);
       ++result.antoineRowsAdded;
       ShowMessage(s, Same("'" + c.ComponentName[k] + "' のAntoine定数を登録しました。"));
     }

@@ -81,6 +81,21 @@ struct SaveResult {
 SaveResult SaveParameters(PropertyDatabase& db, SharedCalcState& s, ParameterSaveForm& form,
                           const CriticalConstantFormFn& openCriticalConstantForm = {});
 
+// ---- Antoine rows ----
+
+// One row of AntoineConstant as the writers add it (Equation Type 1, today's date).
+struct AntoineRow {
+  std::string Formula;
+  std::string Name;
+  std::int64_t Index = 0;
+  double AN = 0, BN = 0, CN = 0;
+  std::optional<double> TL, TU;
+  std::optional<std::string> Memo;
+};
+
+// Adds the row in one transaction: it is written whole or not at all. Throws DatabaseError.
+void AddAntoineRow(PropertyDatabase& db, const AntoineRow& row);
+
 // ---- the critical-constant form (frmDBCriticalConstant) ----
 
 // Its grid: formula (row 1 column 1), name (row 1 column 2) and one text per further column,

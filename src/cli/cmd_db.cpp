@@ -52,6 +52,12 @@ std::unique_ptr<PropertyDatabase> OpenForCommand(CliContext& ctx) {
   return db::OpenPropertyDatabase(s);
 }
 
+// The database could not be opened: its message is shown already.
+int NoDatabase(CliContext& ctx, Json object = Json::object()) {
+  if (ctx.json) PrintJson(ctx, std::move(object));
+  return 2;
+}
+
 Json JsonValue(CliContext& ctx, const Value& v, std::string_view what) {
   if (auto* i = std::get_if<std::int64_t>(&v)) return *i;
   if (auto* d = std::get_if<double>(&v)) return JsonNumber(ctx, *d, what);
@@ -151,7 +157,8 @@ int RunSearch(CliContext& ctx) {
                            "\": antoine, component, enthalpy or heat-capacity");
   auto database = OpenForCommand(ctx);
   if (!database)
-    return Refuse(ctx, "No property database", Json{{"table", nullptr}, {"rows", Json::array()}});
+    return NoDatabase(
+        ctx, Json{{"table", std::string(db::LookupTable(*kind))}, {"rows", Json::array()}});
   auto d = db::SearchSubstance(*database, ctx.s(), *kind, Opt().word);
   if (!d.Label.empty()) ctx.dialogs.Message(d.Label);
   std::string table(db::LookupTable(*kind));
@@ -174,7 +181,7 @@ int RunPair(CliContext& ctx) {
     alpha = a;
   }
   auto database = OpenForCommand(ctx);
-  if (!database) return Refuse(ctx, "No property database");
+  if (!database) return NoDatabase(ctx);
   std::string table(db::LookupTable(*kind));
   const std::string& n1 = Opt().name1;
   const std::string& n2 = Opt().nameB;
@@ -251,7 +258,7 @@ int RunBrowse(CliContext& ctx) {
                            "\": component, antoine, heat-capacity, liquid-density, rk, enthalpy, "
                            "wilson, nrtl or kij");
   auto database = OpenForCommand(ctx);
-  if (!database) return Refuse(ctx, "No property database");
+  if (!database) return NoDatabase(ctx);
   const bool pair =
       table == "Wilson Parameter" || table == "NRTL Parameter" || table == "Kij Parameter";
   if (!pair && !Opt().name2.empty()) return Refuse(ctx, "--name2 belongs to the pair tables");
@@ -319,7 +326,7 @@ int RunSavePair(CliContext& ctx) {
       return Refuse(ctx, "Bad --temp");
   }
   auto database = OpenForCommand(ctx);
-  if (!database) return Refuse(ctx, "No property database");
+  if (!database) return NoDatabase(ctx);
 
   // The Antoine constants of the case: given, or the first stored set of the name.
   for (int k = 1; k <= 2; ++k) {

@@ -1,8 +1,8 @@
 // Speed of the property database: opening the file and a name search over CriticalConstant.
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
 #include <unistd.h>
+#include <filesystem>
 
 #include "database/lookups.h"
 #include "database/property_db.h"

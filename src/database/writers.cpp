@@ -70,7 +70,6 @@ ParameterSaveForm LoadParameterSave(PropertyDatabase& db, SharedCalcState& s,
         ParameterTable(c) == "Wilson Parameter" ? "[Wilson Parameter]" : "[NRTL Parameter]";
     const double p1 = wilson ? c.WilsonLambda12 : c.NrtlTau12;
     const double p2 = wilson ? c.WilsonLambda21 : c.NrtlTau21;
-    bool anyRows = false;
     for (int a = 1; a <= 2; ++a) {
       // a = 2 is the pair in the other name order: its parameter columns are exchanged.
       const std::string& first = c.ComponentName[a];
@@ -79,8 +78,10 @@ ParameterSaveForm LoadParameterSave(PropertyDatabase& db, SharedCalcState& s,
           db.Query("SELECT " + t + ".* FROM " + t + " WHERE (" + t + ".[Name1] = ? and " + t +
                        ".[Name2] = ? ) " + (wilson ? "" : " ") + "order by " + t + ".[Index]",
                    {first, second});
+      // The mode label is set for each name order in turn: the reversed order's query has
+      // the last word.
+      f.ModeLabel = rs.RecordCount() == 0 ? "新規登録" : "Parameter追加登録";
       for (int r = 0; r < rs.RecordCount(); ++r) {
-        anyRows = true;
         const auto& row = rs.rows[size_t(r)];
         f.ParameterLastIndex = ToIndex16(rs.Field(r, "Index"));
         // Lambda12 / Tau12 is column 5 and Lambda21 / Tau21 column 6, counted from 0.
@@ -92,7 +93,6 @@ ParameterSaveForm LoadParameterSave(PropertyDatabase& db, SharedCalcState& s,
         }
       }
     }
-    f.ModeLabel = anyRows ? "Parameter追加登録" : "新規登録";
     f.IndexLabel = "Data Index= " + std::to_string(f.ParameterLastIndex + 1);
   } catch (const TervaleError&) {
     f.LoadFailed = true;

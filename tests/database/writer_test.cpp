@@ -103,7 +103,8 @@ TEST_F(WriterTest, SameParametersTwiceWarnAndWriteNothing) {
   EXPECT_TRUE(f.ParameterDuplicate);
   EXPECT_TRUE(f.AntoineKnown[2]);  // stored by the first save
   EXPECT_EQ(f.Memo, "the first");  // the duplicate's memo in the box
-  EXPECT_EQ(f.ModeLabel, "Parameter追加登録");
+  // The label follows the last name order asked, the reversed one, which holds no row.
+  EXPECT_EQ(f.ModeLabel, "新規登録");
   ShowParameterSave(*s_, f);
   ASSERT_EQ(dialogs_.messages.size(), 1u);
   EXPECT_EQ(dialogs_.messages[0], "すでに同じWilson Parameterが登録済み！！");
@@ -148,6 +149,7 @@ TEST_F(WriterTest, ReversedPairWithTheSameValuesIsADuplicate) {
   auto f = LoadParameterSave(*db_, *s_, c);
   EXPECT_TRUE(f.ParameterDuplicate);
   EXPECT_EQ(f.ParameterLastIndex, 0);
+  EXPECT_EQ(f.ModeLabel, "Parameter追加登録");
   // The same numbers in the same places, names reversed: not the same pair, and the Index
   // continues from the reversed rows.
   c.WilsonLambda12 = 0.25;

@@ -13,6 +13,26 @@ bool IsWilsonCalc(int calcType) {
   return calcType == 1 || calcType == 3;
 }
 
+ParameterSaveCase ParameterSaveCaseFrom(const VLEDataCase& v) {
+  ParameterSaveCase c;
+  for (int k = 1; k <= 2; ++k) {
+    c.ComponentName[k] = v.ComponentName[k];
+    c.AntoineA[k] = v.AntoineA[k];
+    c.AntoineB[k] = v.AntoineB[k];
+    c.AntoineC[k] = v.AntoineC[k];
+  }
+  c.CalcType = v.CalcType;
+  c.TPType = v.TPType;
+  c.VLETemperature = v.VLETemperature;
+  c.VLEPressure = v.VLEPressure;
+  c.WilsonLambda12 = v.WilsonLambda12;
+  c.WilsonLambda21 = v.WilsonLambda21;
+  c.NrtlTau12 = v.NrtlTau12;
+  c.NrtlTau21 = v.NrtlTau21;
+  c.NrtlAlpha = v.NrtlAlpha;
+  return c;
+}
+
 namespace {
 
 constexpr BiText kSaveWilsonTitle{"Save Wilson Parameter", "Wilson Parameter 保存"};

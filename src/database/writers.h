@@ -10,7 +10,8 @@
 
 namespace tervale {
 struct SharedCalcState;
-}
+struct VLEDataCase;
+}  // namespace tervale
 
 namespace tervale::db {
 
@@ -30,6 +31,9 @@ struct ParameterSaveCase {
 };
 
 bool IsWilsonCalc(int calcType);
+
+// The values a save takes from the binary estimation program's case.
+ParameterSaveCase ParameterSaveCaseFrom(const VLEDataCase& c);
 
 // The parameter-save form (frmDBParameterSave) after its load.
 struct ParameterSaveForm {

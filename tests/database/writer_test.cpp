@@ -232,6 +232,25 @@ TEST_F(WriterTest, ChecksStopTheSaveWithItsMessages) {
   EXPECT_EQ(SaveParameters(*db_, *s_, f).outcome, SaveOutcome::Saved);
 }
 
+TEST_F(WriterTest, TheEstimationCaseIsWhatASaveStores) {
+  s_->VLE.ComponentName[1] = "Argon";
+  s_->VLE.ComponentName[2] = "Bromine";
+  s_->VLE.AntoineA[2] = 6.8778;
+  s_->VLE.CalcType = 3;
+  s_->VLE.TPType = 1;
+  s_->VLE.VLEPressure = 700;
+  s_->VLE.WilsonLambda12 = 0.5;
+  s_->VLE.WilsonLambda21 = 2;
+  auto c = ParameterSaveCaseFrom(s_->VLE);
+  EXPECT_EQ(c.ComponentName[2], "Bromine");
+  EXPECT_EQ(c.AntoineA[2], 6.8778);
+  EXPECT_TRUE(IsWilsonCalc(c.CalcType));
+  EXPECT_EQ(c.TPType, 1);
+  EXPECT_EQ(c.VLEPressure, 700.0);
+  EXPECT_EQ(c.WilsonLambda21, 2.0);
+  EXPECT_FALSE(IsWilsonCalc(4));
+}
+
 TEST_F(WriterTest, CriticalConstantIsNumberedByTheDatabase) {
   CriticalConstantEntry e;
   e.Formula = "C9H20O";

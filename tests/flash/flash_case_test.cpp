@@ -124,6 +124,28 @@ TEST(FlashCase, FileRoundTripIsByteForByte) {
     EXPECT_EQ(t->KValueMethod, s->KValueMethod);
     EXPECT_EQ(t->MemoLine, s->MemoLine);
   }
+  // Awkward doubles come back exactly.
+  {
+    auto s = Example(1);
+    s->Bin.NrtlTau[1][2] = 0.1;
+    s->Bin.NrtlTau[2][1] = 5e-324;
+    s->Bin.NrtlTau[3][4] = -1e300;
+    s->Bin.KijMatrix[2][3] = -0.0;
+    s->Bin.NrtlAlpha = 1.0 / 3;
+    s->Flash.FlashTemp = 2.0 / 3;
+    s->Comp.CompName[2] = "Ethanol, dry";  // a comma inside a name
+    WriteFlashFile(*s, dir.path / "odd.dat");
+    auto t = MakeSharedCalcState();
+    ReadFlashFile(*t, dir.path / "odd.dat");
+    EXPECT_EQ(t->Bin.NrtlTau[2][1], 5e-324);
+    EXPECT_EQ(t->Bin.NrtlTau[3][4], -1e300);
+    EXPECT_TRUE(std::signbit(t->Bin.KijMatrix[2][3]));
+    EXPECT_EQ(t->Bin.NrtlAlpha, 1.0 / 3);
+    EXPECT_EQ(t->Flash.FlashTemp, 2.0 / 3);
+    EXPECT_EQ(t->Comp.CompName[2], "Ethanol, dry");
+    EXPECT_EQ(FlashFileText(*t), FlashFileText(*s));
+  }
+
   // A file with LF line ends reads the same.
   auto s = Example(1);
   std::string text = FlashFileText(*s), lf;

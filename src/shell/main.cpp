@@ -1,7 +1,9 @@
 // tervale: the desktop program. Starts with the calculation menu in Japanese.
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QStringList>
+#include <QTimer>
 #include <cstdio>
 
 #include "screens/screen_text.h"
@@ -10,6 +12,8 @@
 
 int main(int argc, char** argv) {
   using namespace tervale;
+  QElapsedTimer sinceStart;
+  sinceStart.start();
   QApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Tervale"));
   QApplication::setOrganizationName(QStringLiteral("Tervale"));
@@ -42,5 +46,8 @@ int main(int argc, char** argv) {
   QObject::connect(&desktop.Menu(), &shell::FrmMenu::exitRequested, &app,
                    [] { QApplication::exit(0); });
   desktop.Menu().show();
+  QTimer::singleShot(0, &app, [&sinceStart] {
+    qCInfo(screens::lcTiming) << "menu shown" << sinceStart.elapsed() << "ms after start";
+  });
   return QApplication::exec();
 }

@@ -50,8 +50,6 @@ struct ScreenContext {
   FileChooser* files = nullptr;
   // Main forms by BatchMode (0 continuous, 1 batch, 2 flash).
   std::array<MainFormLabels*, 3> hosts{};
-  // The property database's look-ups are offered once it can be opened.
-  bool databaseAvailable = false;
 
   MainFormLabels* Host() const {
     return s.BatchMode >= 0 && s.BatchMode < 3 ? hosts[static_cast<size_t>(s.BatchMode)] : nullptr;

@@ -39,7 +39,5 @@ QString EnthalpyMethodText(const SharedCalcState& s, int method);
 
 inline constexpr BiText kTextOk{"OK", "ＯＫ"};
 inline constexpr BiText kTextCancel{"Cancel", "キャンセル"};
-inline constexpr BiText kDatabaseUnavailable{"The property database is not available yet.",
-                                             "物性データベースはまだ使用できません。"};
 
 }  // namespace tervale::screens

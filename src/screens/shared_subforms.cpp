@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "io/record_writer.h"
+#include "screens/db_lookup.h"
 
 namespace tervale::screens {
 namespace {
@@ -117,7 +118,7 @@ bool FrmComponent::Store() {
 }
 
 void FrmComponent::SearchDatabase() {
-  if (!ctx_.databaseAvailable) ShowMessage(s_, kDatabaseUnavailable);
+  RunDatabaseLookup(ctx_, db::LookupKind::Component, vaSpreadComp_, this);
 }
 
 // ---------------------------------------------------------------- frmMemo
@@ -377,7 +378,15 @@ bool FrmKValue::Store() {
 }
 
 void FrmKValue::LookUp() {
-  if (!ctx_.databaseAvailable) ShowMessage(s_, kDatabaseUnavailable);
+  if (sender() == cmdDBAntoine_) {
+    RunDatabaseLookup(ctx_, db::LookupKind::Antoine, vaSpreadAntoine_, this);
+    return;
+  }
+  const int method = cboK_Value_->currentIndex() + 1;
+  const db::LookupKind kind = method == 2   ? db::LookupKind::Wilson
+                              : method == 3 ? db::LookupKind::Nrtl
+                                            : db::LookupKind::Kij;
+  RunDatabaseLookup(ctx_, kind, vaSpreadWilson_, this);
 }
 
 // ---------------------------------------------------------------- frmEnthalpy
@@ -396,7 +405,8 @@ FrmEnthalpy::FrmEnthalpy(ScreenContext& ctx, QWidget* parent) : SubForm(ctx, par
   cmdDBEnthalpy_ = new QPushButton(this);
   cmdDBEnthalpy_->setObjectName(QStringLiteral("cmdDBEnthalpy"));
   connect(cmdDBEnthalpy_, &QPushButton::clicked, this, [this] {
-    if (!ctx_.databaseAvailable) ShowMessage(s_, kDatabaseUnavailable);
+    RunDatabaseLookup(ctx_, db::EnthalpyLookupKind(cboEnthalpy_->currentIndex()), vaSpreadEnthalpy_,
+                      this);
   });
   MakeOkCancel();
   auto* methodRow = new QHBoxLayout;

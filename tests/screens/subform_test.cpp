@@ -4,9 +4,12 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QtTest>
 
+#include "database/property_db.h"
 #include "screen_test_support.h"
+#include "screens/db_lookup.h"
 #include "screens/program_forms.h"
 #include "screens/shared_subforms.h"
 
@@ -164,12 +167,40 @@ class SubFormTest : public QObject {
     QVERIFY(again.Text()->toPlainText().isEmpty());
   }
 
-  void databaseLookUpsSayTheDatabaseIsUnavailable() {
+  void lookUpWithoutADatabaseSaysSoAndChangesNothing() {
     Bench b;
+    b.s.DatabaseFile = "/no/such/Masterd$.mde";
     FrmComponent form(b.ctx);
     form.findChild<QPushButton*>(QStringLiteral("cmdDBSearch"))->click();
     QCOMPARE(b.dialogs.messages.size(), size_t{1});
-    QCOMPARE(b.dialogs.messages[0], std::string(kDatabaseUnavailable.ja));
+    QVERIFY(b.dialogs.messages[0].find("/no/such/Masterd$.mde") != std::string::npos);
+    QCOMPARE(b.s.NC, 0);
+  }
+
+  void componentLookUpCopiesTheChosenRow() {
+    QTemporaryDir dir;
+    const std::filesystem::path file = S(dir.filePath(QStringLiteral("Masterd$.mde")));
+    db::BuildDatabaseFromSeed(std::filesystem::path(TERVALE_SOURCE_DIR) / "data" / "property-seed",
+                              file);
+    auto database = db::PropertyDatabase::Open(file);
+    Bench b;
+    b.s.ActiveProgram = 2;
+    FrmComponent form(b.ctx);
+    form.Grid()->SetText(1, 1, QStringLiteral("Methanol"));
+    form.Grid()->setCurrentCell(0, 0);
+    FrmDBLookup lookup(b.ctx, *database, db::LookupKind::Component, form.Grid());
+    QCOMPARE(lookup.objectName(), QStringLiteral("frmDBComponent"));
+    QVERIFY(lookup.List()->rowCount() >= 1);
+    QVERIFY(EmptyCaptions(&lookup).isEmpty());
+    // OK without a choice keeps the dialogue open with the core's message.
+    lookup.OkButton()->click();
+    QCOMPARE(lookup.result(), 0);
+    QCOMPARE(b.dialogs.messages.size(), size_t{1});
+    lookup.List()->setCurrentCell(0, 0);
+    lookup.OkButton()->click();
+    QCOMPARE(lookup.result(), int(QDialog::Accepted));
+    QVERIFY(form.Grid()->Number(1, 2) > 30 && form.Grid()->Number(1, 2) < 34);  // MW ~32.04
+    QVERIFY(form.Grid()->Number(1, 3) > 500);                                   // Tc ~512.6 K
   }
 
   void everyScreenHasItsCaptionsInBothLanguages() {

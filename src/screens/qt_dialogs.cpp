@@ -47,8 +47,12 @@ Answer QtUserDialogs::ShowBox(const QString& text, Buttons buttons, bool questio
       b = QMessageBox::Retry | QMessageBox::Cancel;
       break;
   }
+  // Over the window in use (the menu is hidden while a program is open).
+  QWidget* parent = QApplication::activeModalWidget();
+  if (!parent) parent = QApplication::activeWindow();
+  if (!parent) parent = window_.data();
   QMessageBox box(question ? QMessageBox::Question : QMessageBox::Information,
-                  QApplication::applicationDisplayName(), text, b, window_.data());
+                  QApplication::applicationDisplayName(), text, b, parent);
   switch (box.exec()) {
     case QMessageBox::Yes:
       return Answer::Yes;

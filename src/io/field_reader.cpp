@@ -18,7 +18,11 @@ bool IsValidUtf8(std::string_view s) {
   size_t i = 0;
   while (i < s.size()) {
     unsigned char c = s[i];
-    size_t len = c < 0x80 ? 1 : (c >> 5) == 0x6 ? 2 : (c >> 4) == 0xE ? 3 : (c >> 3) == 0x1E ? 4 : 0;
+    size_t len = c < 0x80           ? 1
+                 : (c >> 5) == 0x6  ? 2
+                 : (c >> 4) == 0xE  ? 3
+                 : (c >> 3) == 0x1E ? 4
+                                    : 0;
     if (len == 0 || i + len > s.size()) return false;
     if (len == 2 && c < 0xC2) return false;  // overlong
     for (size_t k = 1; k < len; ++k)
@@ -42,7 +46,9 @@ std::string FromCp932(std::string_view bytes) {
       if (errno == EILSEQ || errno == EINVAL) {
         // An undecodable byte becomes U+FFFD; the rest of the file is still read.
         if (outLeft < 3) break;
-        *dst++ = '\xEF'; *dst++ = '\xBF'; *dst++ = '\xBD';
+        *dst++ = '\xEF';
+        *dst++ = '\xBF';
+        *dst++ = '\xBD';
         outLeft -= 3;
         ++in;
         --inLeft;
@@ -76,8 +82,14 @@ bool ParseNumber(std::string_view text, double& value) {
     value = 0;
     return true;
   }
-  if (text == "#TRUE#") { value = -1; return true; }
-  if (text == "#FALSE#" || text == "#NULL#") { value = 0; return true; }
+  if (text == "#TRUE#") {
+    value = -1;
+    return true;
+  }
+  if (text == "#FALSE#" || text == "#NULL#") {
+    value = 0;
+    return true;
+  }
   std::string buf(text);
   if (buf[0] == '+') buf.erase(0, 1);
   // std::from_chars does not take "1E+20" with a '+' exponent sign on every library; drop it.
@@ -85,7 +97,8 @@ bool ParseNumber(std::string_view text, double& value) {
     if ((buf[i] == 'E' || buf[i] == 'e') && buf[i + 1] == '+') buf.erase(i + 1, 1);
   // Only decimal forms: no "inf", "nan" or hexadecimal.
   for (char c : buf)
-    if (!(std::isdigit(static_cast<unsigned char>(c)) || c == '.' || c == '-' || c == 'E' || c == 'e'))
+    if (!(std::isdigit(static_cast<unsigned char>(c)) || c == '.' || c == '-' || c == 'E' ||
+          c == 'e'))
       return false;
   double v = 0;
   auto res = std::from_chars(buf.data(), buf.data() + buf.size(), v);
@@ -108,8 +121,7 @@ FieldReader FieldReader::FromFile(const std::filesystem::path& path) {
                         "Cannot open " + path.string() + ": missing or not readable");
   std::ostringstream buf;
   buf << in.rdbuf();
-  if (in.bad())
-    throw FileReadError(path.string(), 0, 0, "Cannot read " + path.string());
+  if (in.bad()) throw FileReadError(path.string(), 0, 0, "Cannot read " + path.string());
   return FieldReader(DecodeCaseText(buf.str()), path.string());
 }
 
@@ -129,6 +141,19 @@ bool FieldReader::AtEnd() {
 
 std::string_view FieldReader::NextField(std::string_view what, bool& quoted) {
   quoted = false;
+  // A comma just before a line end or the end of the text leaves an empty field there (the
+  // writer puts an empty last field so).
+  if (afterComma_) {
+    afterComma_ = false;
+    size_t p = pos_;
+    while (p < text_.size() && (text_[p] == ' ' || text_[p] == '\t')) ++p;
+    if (p >= text_.size() || text_[p] == '\r' || text_[p] == '\n' || text_[p] == '\x1A') {
+      pos_ = p;
+      fieldLine_ = line_;
+      fieldIndex_ = ++fieldInLine_;
+      return std::string_view();
+    }
+  }
   // Skip blanks and whole empty lines: a line break only ends a field.
   for (;;) {
     while (pos_ < text_.size() && (text_[pos_] == ' ' || text_[pos_] == '\t')) ++pos_;
@@ -170,7 +195,10 @@ std::string_view FieldReader::NextField(std::string_view what, bool& quoted) {
       ++pos_;
     field = Trim(std::string_view(text_).substr(start, pos_ - start));
   }
-  if (pos_ < text_.size() && text_[pos_] == ',') ++pos_;  // a comma before a line end leaves an empty field
+  if (pos_ < text_.size() && text_[pos_] == ',') {
+    ++pos_;
+    afterComma_ = true;
+  }
   return field;
 }
 
@@ -212,6 +240,8 @@ int FieldReader::ReadCount(std::string_view what, int min, int max) {
   return v;
 }
 
-bool FieldReader::ReadBool(std::string_view what) { return ReadDouble(what) != 0; }
+bool FieldReader::ReadBool(std::string_view what) {
+  return ReadDouble(what) != 0;
+}
 
 }  // namespace tervale::io

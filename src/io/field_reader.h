@@ -45,10 +45,11 @@ class FieldReader {
   std::string text_;
   std::string fileName_;
   size_t pos_ = 0;
-  int line_ = 1;          // line of pos_
-  int fieldInLine_ = 0;   // fields already read on line_
+  int line_ = 1;         // line of pos_
+  int fieldInLine_ = 0;  // fields already read on line_
   int fieldLine_ = 0;
   int fieldIndex_ = 0;
+  bool afterComma_ = false;  // the last field ended with a comma: an empty field may follow
 };
 
 // Turns file bytes into UTF-8: valid UTF-8 (with or without a byte-order mark) is kept,

@@ -1,0 +1,203 @@
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <string>
+
+#include "io/field_reader.h"
+#include "io/record_writer.h"
+#include "state/errors.h"
+
+namespace tervale::io {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path TempDir(const std::string& name) {
+  fs::path d =
+      fs::temp_directory_path() / ("tervale_codec_" + name + "_" + std::to_string(::getpid()));
+  fs::remove_all(d);
+  fs::create_directories(d);
+  return d;
+}
+
+void WriteBytes(const fs::path& p, const std::string& bytes) {
+  std::ofstream out(p, std::ios::binary);
+  out << bytes;
+}
+
+TEST(Codec, EveryDoubleClassRoundTrips) {
+  const double values[] = {0.0,
+                           -0.0,
+                           0.1,
+                           1.0 / 3.0,
+                           -2.0 / 3.0,
+                           1e300,
+                           -1e300,
+                           std::numeric_limits<double>::denorm_min(),
+                           -std::numeric_limits<double>::denorm_min(),
+                           2.2250738585072009e-308,  // largest subnormal
+                           std::numeric_limits<double>::min(),
+                           std::numeric_limits<double>::max(),
+                           std::numeric_limits<double>::lowest(),
+                           std::numeric_limits<double>::epsilon(),
+                           123456789012345678.0,
+                           0.30000000000000004,
+                           273.15};
+  RecordWriter w;
+  w.Str("head");
+  for (double v : values) w.Num(v);
+  w.EndLine();
+  FieldReader r(w.Text(), "roundtrip.dat");
+  EXPECT_EQ(r.ReadString("head"), "head");
+  for (double v : values) {
+    double got = r.ReadDouble("value");
+    EXPECT_EQ(std::memcmp(&got, &v, sizeof v), 0) << FormatShortest(v) << " read back as " << got;
+  }
+  EXPECT_TRUE(r.AtEnd());
+}
+
+TEST(Codec, WriterLayout) {
+  RecordWriter w;
+  w.Str("a,b").Num(0.5).Int(-3).Bool(true).Bool(false).Empty().EndLine();
+  w.Num(1).EndLine();
+  EXPECT_EQ(w.Text(), "\"a,b\",0.5,-3,#TRUE#,#FALSE#,\r\n1\r\n");
+  FieldReader r(w.Text(), "layout.dat");
+  EXPECT_EQ(r.ReadString("s"), "a,b");
+  EXPECT_EQ(r.ReadDouble("n"), 0.5);
+  EXPECT_EQ(r.ReadInt("i"), -3);
+  EXPECT_TRUE(r.ReadBool("t"));
+  EXPECT_FALSE(r.ReadBool("f"));
+  EXPECT_EQ(r.ReadString("empty at the line end"), "");
+  EXPECT_EQ(r.Line(), 1);
+  EXPECT_EQ(r.ReadDouble("next line"), 1.0);
+  EXPECT_EQ(r.Line(), 2);
+  EXPECT_TRUE(r.AtEnd());
+}
+
+TEST(Codec, OlderNumberFormsAndSpecialFields) {
+  for (const char* eol : {"\n", "\r\n"}) {
+    std::string text = std::string(".5,-.5,1E+20,1.5E-05,#TRUE#,#FALSE#,#NULL#,,") + eol +
+                       "\"x, y\",  7 ,\"\"" + eol + eol + "+2.5e3" + eol;
+    FieldReader r(text, "old.dat");
+    EXPECT_EQ(r.ReadDouble("a"), 0.5);
+    EXPECT_EQ(r.ReadDouble("b"), -0.5);
+    EXPECT_EQ(r.ReadDouble("c"), 1e20);
+    EXPECT_EQ(r.ReadDouble("d"), 1.5e-5);
+    EXPECT_EQ(r.ReadDouble("e"), -1);
+    EXPECT_TRUE(r.ReadBool("e2") == false);  // #FALSE#
+    EXPECT_EQ(r.ReadDouble("g"), 0);
+    EXPECT_EQ(r.ReadDouble("empty"), 0);
+    EXPECT_EQ(r.ReadString("empty at end"), "");
+    EXPECT_EQ(r.ReadString("quoted"), "x, y");
+    EXPECT_EQ(r.Line(), 2);
+    EXPECT_EQ(r.Field(), 1);
+    EXPECT_EQ(r.ReadInt("int"), 7);
+    EXPECT_EQ(r.ReadString("empty quoted"), "");
+    EXPECT_EQ(r.ReadDouble("after a blank line"), 2500);
+    EXPECT_EQ(r.Line(), 4);
+    EXPECT_TRUE(r.AtEnd());
+  }
+  double v = 1;
+  EXPECT_TRUE(ParseNumber("  -1.25E+2 ", v));
+  EXPECT_EQ(v, -125);
+  for (const char* bad :
+       {"abc", "1.2.3", "0x10", "inf", "nan", "1E", "1E+", "--1", "1e999", "12abc"})
+    EXPECT_FALSE(ParseNumber(bad, v)) << bad;
+}
+
+TEST(Codec, ShiftJisFileReadsAsUtf8) {
+  fs::path dir = TempDir("sjis");
+  // "Distillation Data", then a memo "メタノール水系" in CP932 bytes, then a number.
+  std::string bytes =
+      "\"Distillation Data\"\r\n\""
+      "\x83\x81\x83\x5E\x83\x6D\x81\x5B\x83\x8B\x90\x85\x8C\x6E"
+      "\"\r\n1.5\r\n";
+  WriteBytes(dir / "case.dat", bytes);
+  FieldReader r = FieldReader::FromFile(dir / "case.dat");
+  EXPECT_EQ(r.ReadString("head"), "Distillation Data");
+  EXPECT_EQ(r.ReadString("memo"), "メタノール水系");
+  EXPECT_EQ(r.ReadDouble("n"), 1.5);
+  // The same text in UTF-8, with a byte-order mark, reads the same.
+  WriteBytes(dir / "utf8.dat", "\xEF\xBB\xBF\"メタノール水系\"\n");
+  FieldReader u = FieldReader::FromFile(dir / "utf8.dat");
+  EXPECT_EQ(u.ReadString("memo"), "メタノール水系");
+  fs::remove_all(dir);
+}
+
+TEST(Codec, ErrorsNameFileLineAndField) {
+  auto expectError = [](auto&& read, int line, int field, const std::string& part) {
+    try {
+      read();
+      ADD_FAILURE() << "no error";
+    } catch (const FileReadError& e) {
+      EXPECT_EQ(e.file, "bad.dat");
+      EXPECT_EQ(e.line, line);
+      EXPECT_EQ(e.field, field);
+      std::string what = e.what();
+      EXPECT_NE(what.find("bad.dat"), std::string::npos) << what;
+      EXPECT_NE(what.find("line " + std::to_string(line)), std::string::npos) << what;
+      EXPECT_NE(what.find(part), std::string::npos) << what;
+    }
+  };
+  {
+    FieldReader r("1,2\r\n3\r\n", "bad.dat");
+    r.ReadDouble("a");
+    r.ReadDouble("b");
+    r.ReadDouble("c");
+    expectError([&] { r.ReadDouble("feed count"); }, 3, 1, "feed count");
+  }
+  {
+    FieldReader r("1,2\r\n3,1.2x5\r\n", "bad.dat");
+    r.ReadDouble("a");
+    r.ReadDouble("b");
+    r.ReadDouble("c");
+    expectError([&] { r.ReadDouble("reflux ratio"); }, 2, 2, "1.2x5");
+  }
+  {
+    FieldReader r("\"head\"\n21\n", "bad.dat");
+    r.ReadString("head");
+    expectError([&] { r.ReadCount("number of components", 1, 20); }, 2, 1, "number of components");
+  }
+  {
+    FieldReader r("2.5\n", "bad.dat");
+    expectError([&] { r.ReadInt("tray count"); }, 1, 1, "not a whole number");
+  }
+  {
+    FieldReader r("\"open string\n", "bad.dat");
+    expectError([&] { r.ReadString("memo"); }, 1, 1, "unterminated");
+  }
+  EXPECT_THROW(FieldReader::FromFile("/nonexistent/dir/none.dat"), FileReadError);
+  EXPECT_THROW(FieldReader::FromFile(fs::temp_directory_path()), FileReadError);
+}
+
+TEST(Codec, SaveFileAtomicallyReplacesAndLeavesNoTemporaryFile) {
+  fs::path dir = TempDir("save");
+  fs::path target = dir / "case.dat";
+  SaveFileAtomically(target, "old\r\n");
+  SaveFileAtomically(target, "new\r\n");
+  std::ifstream in(target, std::ios::binary);
+  std::string content((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  EXPECT_EQ(content, "new\r\n");
+  int files = 0;
+  for (auto& e : fs::directory_iterator(dir)) {
+    ++files;
+    EXPECT_EQ(e.path().filename(), "case.dat");
+  }
+  EXPECT_EQ(files, 1);
+  // A folder that does not exist: an error, nothing left behind.
+  EXPECT_THROW(SaveFileAtomically(dir / "missing" / "x.dat", "x"), FileWriteError);
+  AppendToFile(target, "more\r\n");
+  std::ifstream in2(target, std::ios::binary);
+  std::string c2((std::istreambuf_iterator<char>(in2)), std::istreambuf_iterator<char>());
+  EXPECT_EQ(c2, "new\r\nmore\r\n");
+  fs::remove_all(dir);
+}
+
+}  // namespace
+}  // namespace tervale::io

@@ -1,0 +1,157 @@
+// The purecomp command end to end: the example, its JSON, and refused cases.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+struct CliRun {
+  int status = -1;
+  std::string out;
+};
+
+class PureCompCli : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    cli_ = fs::path(TERVALE_BIN_DIR) / "tervale-cli";
+    if (!fs::exists(cli_)) GTEST_SKIP() << "tervale-cli is not built";
+    dir_ = fs::temp_directory_path() / ("tervale_purecomp_" + std::to_string(::getpid()));
+    fs::create_directories(dir_);
+  }
+  void TearDown() override {
+    if (!dir_.empty()) fs::remove_all(dir_);
+  }
+  CliRun Exec(const std::string& args) {
+    CliRun r;
+    const std::string command = cli_.string() + " " + args + " 2>" + (dir_ / "err.txt").string();
+    FILE* pipe = ::popen(command.c_str(), "r");
+    char buffer[4096];
+    size_t n;
+    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) r.out.append(buffer, n);
+    const int status = ::pclose(pipe);
+    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return r;
+  }
+  Json Example() {
+    const fs::path file = dir_ / "example.json";
+    EXPECT_EQ(Exec("example purecomp -o " + file.string()).status, 0);
+    std::ifstream in(file);
+    return Json::parse(in);
+  }
+  std::string Write(const Json& c) {
+    const fs::path file = dir_ / "case.json";
+    std::ofstream(file) << c.dump();
+    return file.string();
+  }
+  // Runs a case with --json; the output is one object in every case.
+  Json RunCase(const Json& c, int expectStatus) {
+    const CliRun r = Exec("purecomp --json " + Write(c));
+    EXPECT_EQ(r.status, expectStatus) << r.out;
+    Json out = Json::parse(r.out);
+    EXPECT_TRUE(out.contains("messages"));
+    return out;
+  }
+  fs::path cli_, dir_;
+};
+
+TEST_F(PureCompCli, ExampleRunsAndPrintsEveryKey) {
+  const Json out = RunCase(Example(), 0);
+  for (const char* key : {"Tc", "Pc", "Vc", "Tb", "omega", "antoine", "cp0", "cpl", "hv",
+                          "density_poly", "rackett", "zra", "grid", "messages"})
+    EXPECT_TRUE(out.contains(key)) << key;
+  EXPECT_NEAR(out["Tc"].get<double>(), 507.70, 0.01);  // Joback n-hexane
+  EXPECT_NEAR(out["Tb"].get<double>(), 341.88, 1e-9);
+  EXPECT_EQ(out["antoine"].size(), 3u);
+  EXPECT_EQ(out["cp0"].size(), 4u);
+  EXPECT_EQ(out["rackett"].size(), 2u);
+  ASSERT_EQ(out["grid"].size(), 51u);
+  EXPECT_EQ(out["grid"][0]["t"].get<double>(), 0.0);
+  EXPECT_NEAR(out["grid"][50]["t"].get<double>(), 200.0, 1e-9);
+  EXPECT_TRUE(out["grid"][50]["density"].is_number());
+  EXPECT_TRUE(out["messages"].empty());
+  EXPECT_EQ(Exec("purecomp " + Write(Example())).status, 0);
+}
+
+TEST_F(PureCompCli, CountsAreTruncatedAndKeyedByRow) {
+  Json c = Example();
+  const double tc = RunCase(c, 0)["Tc"].get<double>();
+  c["groups"]["joback"] = Json::parse("[[3, 4], [2, 2.9]]");
+  EXPECT_EQ(RunCase(c, 0)["Tc"].get<double>(), tc);
+  c["methods"]["critical"] = "lydersen";
+  c["groups"]["lydersen"] = Json::parse("[[1, 6.99]]");
+  EXPECT_NEAR(RunCase(c, 0)["Tc"].get<double>(), 341.88 / (0.567 + 0.12 - 0.0144), 1e-9);
+}
+
+TEST_F(PureCompCli, BadCasesAreRefusedWithAClearMessage) {
+  auto refused = [&](const Json& c, const std::string& fragment) {
+    const Json out = RunCase(c, 2);
+    ASSERT_FALSE(out["messages"].empty());
+    EXPECT_NE(out["messages"].back().get<std::string>().find(fragment), std::string::npos)
+        << out["messages"].back();
+  };
+  Json c = Example();
+  c["groups"]["joback"] = Json::parse("[[1, 2]]");
+  refused(c, "heading");
+  c = Example();
+  c["groups"]["joback"] = Json::parse("[[47, 1]]");
+  refused(c, "not a row");
+  c = Example();
+  c["groups"]["joback"] = Json::parse("[[2, 1], [2, 1]]");
+  refused(c, "twice");
+  c = Example();
+  c["groups"]["vetere"] = Json::array();
+  refused(c, "unknown method");
+  c = Example();
+  c["methods"]["omega"] = "pitzer";
+  refused(c, "edmister, lee-kesler");
+  c = Example();
+  c.erase("mol_weight");
+  refused(c, "mol_weight");
+  c = Example();
+  c["mol_weight"] = "86";
+  refused(c, "mol_weight");
+  c = Example();
+  c["tb"] = 68.73;  // a misspelt key is never ignored
+  refused(c, "unknown key");
+  c = Example();
+  c["program"] = "unifac";
+  refused(c, "program");
+  c = Example();
+  c["tb_c"] = nullptr;
+  c["groups"]["fedors"] = Json::array();
+  refused(c, "Fedors");
+  c = Example();
+  c["methods"]["cp_liquid"] = "lyman-danner";
+  c["lyman_danner"] = Json{{"R", 1.0}, {"K", 0.1}};
+  refused(c, "Lyman-Danner");
+  c = Example();
+  c["temp_low_c"] = c["temp_high_c"] = 50;
+  refused(c, "Pivot");
+
+  const std::string garbage = (dir_ / "garbage.json").string();
+  std::ofstream(garbage) << "{ not json";
+  EXPECT_EQ(Exec("purecomp " + garbage).status, 2);
+  EXPECT_EQ(Exec("purecomp " + (dir_ / "missing.json").string()).status, 2);
+}
+
+TEST_F(PureCompCli, SoftMessagesRunToTheEnd) {
+  Json c = Example();
+  c["temp_high_c"] = 400;
+  c["methods"]["liquid_density"] = "spencer-danner";
+  c["spencer_danner"] = Json{{"rho_ref", nullptr}, {"t_ref_c", 20}};
+  const Json out = RunCase(c, 0);
+  ASSERT_EQ(out["messages"].size(), 2u);
+  EXPECT_EQ(out["messages"][0], "臨界温度Tcを越えています。");
+  EXPECT_TRUE(out["grid"][50]["hv"].is_null());  // Tr = 1
+  EXPECT_TRUE(out["grid"][49]["hv"].is_number());
+}
+
+}  // namespace

@@ -1,0 +1,243 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "mixtures.h"
+#include "state/units.h"
+#include "thermo/eos.h"
+#include "thermo/equilibrium.h"
+
+namespace tervale {
+namespace {
+
+constexpr double kTenKgf = 10 * 0.0980665;  // MPa
+constexpr std::string_view kNoConvergence = "T_Bubble_srk No-Convergence";
+
+double SumXK(const SharedCalcState& s, const Composition& x) {
+  double sum = 0;
+  for (int i = 1; i <= s.NC; ++i) sum += x[i] * s.KValue[i];
+  return sum;
+}
+
+TEST(Eos, BubbleTemperatureOfTheLightHydrocarbons) {
+  for (int method : {4, 5}) {
+    for (bool zeroDiagonal : {false, true}) {
+      SCOPED_TRACE(testing::Message() << "method " << method << " zero diagonal " << zeroDiagonal);
+      auto s = MakeSharedCalcState();
+      RecordingDialogs dialogs;
+      s->Dialogs = &dialogs;
+      const Composition x = testmix::LightHydrocarbons(*s, method);
+      if (zeroDiagonal)
+        for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 0.0;
+      const double t = CalcBubbleTemperature(*s, -10.0, kTenKgf, x);
+      // The search stays in its window of 50 C either side of the start.
+      EXPECT_GE(t, -60.0);
+      EXPECT_LE(t, 40.0);
+      for (int i = 1; i <= 3; ++i) EXPECT_TRUE(std::isfinite(s->KValue[i]));
+      // Either the stepper converged (sum x K within its tolerance of 1, no message) or it
+      // reports once that it did not; the result is the last temperature in both cases.
+      if (dialogs.messages.empty()) {
+        EXPECT_NEAR(SumXK(*s, x), 1.0, 1.0001e-5);
+      } else {
+        ASSERT_EQ(dialogs.messages.size(), 1u);
+        EXPECT_EQ(dialogs.messages[0], kNoConvergence);
+      }
+      // The result comes back in the user's temperature unit.
+      s->Unit.TempUnit = 2;
+      dialogs.messages.clear();
+      EXPECT_NEAR(CalcBubbleTemperature(*s, -10.0, kTenKgf, x), t + 273.15, 1e-9);
+    }
+  }
+  // With the default diagonal of 1.0 and S-R-K the mixture is all cross terms, so weak that
+  // one real root serves both phases: K = 1 and the search ends at once where it started.
+  auto s = MakeSharedCalcState();
+  const Composition x = testmix::LightHydrocarbons(*s, 4);
+  const double t = CalcBubbleTemperature(*s, -10.0, kTenKgf, x);
+  EXPECT_NEAR(t, -10.0, 1.0);
+  for (int i = 1; i <= 3; ++i) EXPECT_NEAR(s->KValue[i], 1.0, 1e-4);
+}
+
+TEST(Eos, DefaultKijDiagonalLeavesOnlyTheCrossTerms) {
+  auto s = MakeSharedCalcState();
+  const Composition z = testmix::LightHydrocarbons(*s, 4);
+  for (int eos : {0, 1}) {
+    double a1, b1, da1, dda1, a0, b0, da0, dda0;
+    CalcEOSMixture(*s, eos, 0.0, z, a1, b1, da1, dda1);
+    for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 0.0;
+    CalcEOSMixture(*s, eos, 0.0, z, a0, b0, da0, dda0);
+    for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 1.0;
+    EXPECT_EQ(b0, b1);
+    // What the diagonal adds back is sum z_i^2 ac_i F_i^2.
+    double pure = 0;
+    const double tk = 273.15;
+    for (int i = 1; i <= 3; ++i) {
+      const double tc = s->Comp.CompTc[i], pc = s->Comp.CompPc[i], w = s->Comp.CompOmega[i];
+      const double m =
+          eos == 0 ? 0.48 + (1.574 - 0.176 * w) * w : 0.37464 + (1.54226 - 0.26992 * w) * w;
+      const double ac = (eos == 0 ? 0.00287803 : 0.0030785) * tc * tc / pc;
+      const double f = 1 + m * (1 - std::sqrt(tk / tc));
+      pure += z[i] * z[i] * ac * f * f;
+    }
+    EXPECT_NEAR(a0 - a1, pure, 1e-12 * a0) << eos;
+    EXPECT_GT(a1, 0);
+    EXPECT_LT(da0, 0);  // attraction falls with temperature
+    EXPECT_GT(dda0, 0);
+    // Numerical derivative of a agrees with dadT.
+    double ap, am, bx, dx, ddx;
+    for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 0.0;
+    CalcEOSMixture(*s, eos, 0.01, z, ap, bx, dx, ddx);
+    CalcEOSMixture(*s, eos, -0.01, z, am, bx, dx, ddx);
+    for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 1.0;
+    EXPECT_NEAR((ap - am) / 0.02, da0, 1e-6 * std::fabs(da0));
+  }
+  // A component with z = 0 takes no part.
+  double a, b, da, dda, a2, b2;
+  Composition z2 = z;
+  CalcEOSMixture(*s, 0, 0.0, z2, a, b, da, dda);
+  s->NC = 4;
+  s->Comp.CompTc[4] = 500;
+  s->Comp.CompPc[4] = 30;
+  z2[4] = 0.0;
+  CalcEOSMixture(*s, 0, 0.0, z2, a2, b2, da, dda);
+  EXPECT_EQ(a, a2);
+  EXPECT_EQ(b, b2);
+}
+
+TEST(Eos, CompressibilityRootsSatisfyTheCubic) {
+  auto s = MakeSharedCalcState();
+  const Composition z = testmix::LightHydrocarbons(*s, 4);
+  for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 0.0;
+  for (int eos : {0, 1}) {
+    for (double t : {-60.0, 10.0}) {  // one real root; three real roots
+      double a, b, da, dda, rho0, rho1;
+      CalcEOSMixture(*s, eos, t, z, a, b, da, dda);
+      CalcEOSCompressibility(*s, eos, 0, t, kTenKgf, z, rho0, a, b);
+      CalcEOSCompressibility(*s, eos, 1, t, kTenKgf, z, rho1, a, b);
+      const double tk = t + 273.15, pk = 10.0, rt = tk * 0.082053;
+      const double A = pk * a / rt / rt, B = pk * b / rt;
+      const double c2 = eos == 0 ? -1 : B - 1;
+      const double c1 = eos == 0 ? A - (B + 1) * B : A - (3 * B + 2) * B;
+      const double c0 = eos == 0 ? -A * B : ((B + 1) * B - A) * B;
+      auto residual = [&](double rho) {
+        const double Z = pk / (rho * rt);
+        return ((Z + c2) * Z + c1) * Z + c0;
+      };
+      EXPECT_NEAR(residual(rho0), 0, 1e-12);
+      // The rounded angles 2.0944 and 4.18879 leave a small residual on the other roots.
+      EXPECT_NEAR(residual(rho1), 0, 1e-6);
+      if (t < 0) {
+        EXPECT_EQ(rho0, rho1) << "one root serves both phases";
+      } else {
+        EXPECT_LT(rho0 * 5, rho1) << "phase 0 takes the largest Z, the smallest density";
+      }
+      // Fugacity coefficients of an ideal-gas-like state are near 1 and finite.
+      CompArray phi{};
+      CalcEOSFugacity(*s, eos, t, kTenKgf, z, phi, rho0, a, b);
+      for (int i = 1; i <= 3; ++i) EXPECT_TRUE(std::isfinite(phi[i]) && phi[i] > 0);
+    }
+  }
+}
+
+TEST(Eos, InitialKValues) {
+  auto s = MakeSharedCalcState();
+  testmix::LightHydrocarbons(*s, 4);
+  CalcEOSInitialK(*s, 0.0, kTenKgf);
+  EXPECT_GT(s->KValue[1], s->KValue[2]);
+  EXPECT_GT(s->KValue[2], s->KValue[3]);
+  EXPECT_GT(s->KValue[1], 1.0);  // ethane is above its critical temperature... nearly
+  EXPECT_LT(s->KValue[3], 1.0);
+  // Above the critical temperature (ethane at 50 C) the other branch gives a finite K.
+  CalcEOSInitialK(*s, 50.0, kTenKgf);
+  EXPECT_TRUE(std::isfinite(s->KValue[1]));
+  EXPECT_GT(s->KValue[1], s->KValue[2]);
+  // Near absolute zero ln Pr is held at -75; below it Tr is replaced by 0.1.
+  CalcEOSInitialK(*s, -273.0, kTenKgf);
+  EXPECT_DOUBLE_EQ(s->KValue[1], 48.8 / 10.0 * std::exp(-75.0));
+  CalcEOSInitialK(*s, -300.0, kTenKgf);
+  for (int i = 1; i <= 3; ++i) EXPECT_GT(s->KValue[i], 0);
+}
+
+TEST(Eos, SecantBracketStepFindsARootAndKeepsItsStates) {
+  // F = exp(0.1 (X - 12)) - 1, root at 12, negative at the start.
+  auto f = [](double x) { return std::exp(0.1 * (x - 12)) - 1; };
+  SecantBracketState st;
+  st.Xmin = -50;
+  st.Xmax = 50;
+  st.step = 0.5;
+  st.tol = 1E-05;
+  st.X = 80;  // outside: the middle of the window, still the first call
+  st.F = f(st.X);
+  SecantBracketStep(st);
+  EXPECT_EQ(st.state, 1);
+  EXPECT_EQ(st.X, 0.0);
+  int calls = 0;
+  while (st.state < 4 && calls < 100) {
+    st.F = f(st.X);
+    SecantBracketStep(st);
+    ++calls;
+  }
+  // Converged, or stalled once the step is below 1E-05 of the window (1E-03 here).
+  EXPECT_TRUE(st.state == 4 || st.state == 6) << st.state;
+  EXPECT_NEAR(st.X, 12.0, 5e-3);
+  EXPECT_LE(st.count, 51);
+
+  // One side known (positive), then a value not above 0: the bracket is known, Fn takes F
+  // and Xn stays as it was.
+  SecantBracketState q;
+  q.Xmin = -50;
+  q.Xmax = 50;
+  q.step = 0.5;
+  q.tol = 1E-05;
+  q.Xn = 123.0;
+  q.X = 0;
+  q.F = 0.5;
+  SecantBracketStep(q);
+  EXPECT_EQ(q.state, 2);
+  EXPECT_EQ(q.X, 0.5);
+  EXPECT_EQ(q.Fn, -1E+30);
+  q.F = -0.5;
+  SecantBracketStep(q);
+  EXPECT_EQ(q.state, 3);
+  EXPECT_EQ(q.Fn, -0.5);
+  EXPECT_EQ(q.Xn, 123.0);
+  EXPECT_EQ(q.Fold, 0.5);
+  EXPECT_EQ(q.Xold, 0.0);
+  EXPECT_DOUBLE_EQ(q.X, 0.5 - (0.5 - 0.0) / ((-0.5 - 0.5) / -0.5));
+
+  // The first step turns back when it would reach the upper end.
+  SecantBracketState e;
+  e.Xmin = -50;
+  e.Xmax = 50;
+  e.step = 0.5;
+  e.tol = 1E-05;
+  e.X = 49.75;
+  e.F = 1;
+  SecantBracketStep(e);
+  EXPECT_EQ(e.X, 49.25);
+
+  // A flat function stalls (state 6) with X unchanged.
+  SecantBracketState g;
+  g.Xmin = -50;
+  g.Xmax = 50;
+  g.step = 0.5;
+  g.tol = 1E-05;
+  g.X = 1;
+  g.F = 0.3;
+  SecantBracketStep(g);
+  g.F = 0.3;
+  const double before = g.X;
+  SecantBracketStep(g);
+  EXPECT_EQ(g.state, 6);
+  EXPECT_EQ(g.X, before);
+
+  // The iteration limit: more than 50 counted steps give state 5.
+  SecantBracketState h;
+  h.state = 3;
+  h.count = 51;
+  h.F = 1;
+  SecantBracketStep(h);
+  EXPECT_EQ(h.state, 5);
+}
+
+}  // namespace
+}  // namespace tervale

@@ -316,13 +316,14 @@ bool LoadBatchReportCase(SharedCalcState& s) {
   }
   // The counts from the shape of the files: "_3.dat" (heat line, pairs line) or a history file.
   std::vector<double> v;
+  int nc = 0, nt = 0;
   auto three = BatchRunFilePath(s, "_3.dat");
   if (std::filesystem::is_regular_file(three, ec)) {
     BatchLineReader r(three);
     std::vector<double> heat, pairs;
     if (r.Next(v) && r.Next(heat) && r.Next(v) && r.Next(pairs) && !pairs.empty()) {
-      s.NTray = static_cast<int>(heat.size());  // the empty text field is not counted
-      s.NC = static_cast<int>(pairs.size()) / 2;
+      nt = static_cast<int>(heat.size());  // the empty text field is not counted
+      nc = static_cast<int>(pairs.size()) / 2;
     }
   } else {
     for (const char* suffix : {"_1.dat", "_4.dat"}) {
@@ -333,15 +334,14 @@ bool LoadBatchReportCase(SharedCalcState& s) {
       if (!r.Next(v) || v.size() != 1 || !r.Next(pairs)) continue;
       int trays = 1;
       while (r.Next(v) && r.Next(v) && v.size() != 1) ++trays;
-      s.NC = static_cast<int>(pairs.size()) / 2;
-      s.NTray = trays;
+      nc = static_cast<int>(pairs.size()) / 2;
+      nt = trays;
       break;
     }
   }
-  if (s.NC < 1 || s.NTray < 1 || s.NC > kMaxComponents || s.NTray > kMaxTrays) {
-    s.NC = s.NTray = 0;
-    return false;
-  }
+  if (nc < 1 || nt < 1 || nc > kMaxComponents || nt > kMaxTrays) return false;
+  s.NC = nc;
+  s.NTray = nt;
   ShowMessage(s,
               "No B_Calc_2.dat in the folder: component names and molecular weights are "
               "unknown (give the case with --case FILE)");

@@ -28,10 +28,23 @@ class CliBatchObserver : public BatchRunObserver {
       nextHour_ = std::floor(info.time) + 1;
     }
     if (stopAfter_ > 0 && info.step >= stopAfter_) RequestStop(s);
+    // Nobody sits at the command line to answer Cancel: a step that fails over and over again
+    // would run backwards for ever, so the run is stopped after a long series of failures.
+    failedInRow_ = info.time < lastTime_ ? failedInRow_ + 1 : 0;
+    lastTime_ = info.time;
+    if (failedInRow_ >= kMaxFailedInRow && s.Batch.CalcStopFlag == 0) {
+      ShowMessage(s, "Stopped after " + std::to_string(kMaxFailedInRow) +
+                         " failed steps in a row (negative compositions): shorten DiffTime or "
+                         "use --cancel");
+      RequestStop(s);
+    }
   }
 
  private:
+  static constexpr int kMaxFailedInRow = 1000;
   long long stopAfter_;
+  int failedInRow_ = 0;
+  double lastTime_ = -1e300;
   int lastPhase_ = 0;
   double nextHour_ = 1;
 };

@@ -36,6 +36,14 @@ std::filesystem::path HistoryPath(const SharedCalcState& s, BatchSource source) 
   return BatchRunFilePath(s, source == BatchSource::TotalReflux ? "_1.dat" : "_4.dat");
 }
 
+// A row of numbers (built one cell at a time).
+std::vector<io::Cell> NumRow(std::initializer_list<double> values) {
+  std::vector<io::Cell> row;
+  row.reserve(values.size() + kMaxComponents * 2 + kMaxTrays);
+  for (double v : values) row.emplace_back(v);
+  return row;
+}
+
 const char* SourceWord(BatchSource source) {
   return source == BatchSource::TotalReflux ? "total-reflux" : "product";
 }
@@ -169,11 +177,12 @@ io::ReportTable BatchTotalRefluxTable(SharedCalcState& s, BatchFraction fraction
   const bool wt = fraction == BatchFraction::VapWt || fraction == BatchFraction::LiqWt;
   for (int i = 1; i <= t.NTray; ++i) {
     const auto& z = vap ? t.Batch.VapComp[i] : t.Batch.LiqComp[i];
-    std::vector<io::Cell> row{static_cast<double>(i), ConvTempFromBase(t, t.Batch.TrayTemp[i]),
-                              ConvPressFromBase(t, P[i])};
+    std::vector<io::Cell> row =
+        NumRow({static_cast<double>(i), ConvTempFromBase(t, t.Batch.TrayTemp[i]),
+                ConvPressFromBase(t, P[i])});
     double sum = 0;
     for (int j = 1; j <= t.NC; ++j) sum += wt ? t.Comp.CompMW[j] * z[j] : z[j];
-    for (int j = 1; j <= t.NC; ++j) row.push_back(wt ? t.Comp.CompMW[j] * z[j] / sum : z[j]);
+    for (int j = 1; j <= t.NC; ++j) row.emplace_back(wt ? t.Comp.CompMW[j] * z[j] / sum : z[j]);
     table.rows.push_back(std::move(row));
   }
   return table;
@@ -197,27 +206,27 @@ io::ReportTable BatchTankTable(SharedCalcState& s) {
   while (lines.Next(head) && head.size() == 2 && lines.Next(content) &&
          static_cast<int>(content.size()) == nc && lines.Next(heat) &&
          static_cast<int>(heat.size()) == nt) {
-    std::vector<io::Cell> row{head[0] + 1, head[1]};
+    std::vector<io::Cell> row = NumRow({head[0] + 1, head[1]});
     double mol = 0, kg = 0;
     for (int j = 1; j <= nc; ++j) {
       mol += content[j - 1];
       kg += content[j - 1] * s.Comp.CompMW[j];
     }
-    for (int j = 1; j <= nc; ++j) row.push_back(content[j - 1] / mol);
+    for (int j = 1; j <= nc; ++j) row.emplace_back(content[j - 1] / mol);
     for (int j = 1; j <= nc; ++j) {
       if (mwKnown) {
-        row.push_back(content[j - 1] * s.Comp.CompMW[j] / kg);
+        row.emplace_back(content[j - 1] * s.Comp.CompMW[j] / kg);
       } else {
-        row.push_back(std::monostate{});
+        row.emplace_back(std::monostate{});
       }
     }
-    row.push_back(mol);
+    row.emplace_back(mol);
     if (mwKnown) {
-      row.push_back(kg);
+      row.emplace_back(kg);
     } else {
-      row.push_back(std::monostate{});
+      row.emplace_back(std::monostate{});
     }
-    for (int i = 1; i <= nt; ++i) row.push_back(ConvHeatToDisplay(s, heat[i - 1]));
+    for (int i = 1; i <= nt; ++i) row.emplace_back(ConvHeatToDisplay(s, heat[i - 1]));
     table.rows.push_back(std::move(row));
   }
   return table;
@@ -234,8 +243,8 @@ io::ReportTable BatchLoadTable(SharedCalcState& s, BatchSource source, bool liqu
   for (int i = 1; i <= s.NTray; ++i) table.columns.push_back("Tray " + std::to_string(i));
   auto rec = std::make_unique<BatchHistoryRecord>();
   while (reader.Next(*rec)) {
-    std::vector<io::Cell> row{rec->time};
-    for (int i = 1; i <= s.NTray; ++i) row.push_back(rec->values[i][liquid ? 2 : 1]);
+    std::vector<io::Cell> row = NumRow({rec->time});
+    for (int i = 1; i <= s.NTray; ++i) row.emplace_back(rec->values[i][liquid ? 2 : 1]);
     table.rows.push_back(std::move(row));
   }
   return table;
@@ -260,9 +269,9 @@ io::ReportTable BatchTrayDataTable(SharedCalcState& s, BatchSource source, int r
   table.messages.push_back(std::string(vapour ? "Vapor" : "Liquid") + " composition, record " +
                            std::to_string(record));
   for (int i = 1; i <= s.NTray; ++i) {
-    std::vector<io::Cell> row{rec->time, static_cast<double>(i), rec->values[i][0],
-                              rec->values[i][1], rec->values[i][2]};
-    for (int j = 1; j <= s.NC; ++j) row.push_back(vapour ? rec->y[i][j] : rec->x[i][j]);
+    std::vector<io::Cell> row = NumRow({rec->time, static_cast<double>(i), rec->values[i][0],
+                                        rec->values[i][1], rec->values[i][2]});
+    for (int j = 1; j <= s.NC; ++j) row.emplace_back(vapour ? rec->y[i][j] : rec->x[i][j]);
     table.rows.push_back(std::move(row));
   }
   return table;
@@ -280,8 +289,8 @@ io::ReportTable BatchTraySeries(SharedCalcState& s, BatchSource source, int tray
   for (int j = 1; j <= s.NC; ++j) table.columns.push_back(CompName(s, j));
   auto rec = std::make_unique<BatchHistoryRecord>();
   while (reader.Next(*rec)) {
-    std::vector<io::Cell> row{rec->time, rec->values[tray][0]};
-    for (int j = 1; j <= s.NC; ++j) row.push_back(rec->x[tray][j]);
+    std::vector<io::Cell> row = NumRow({rec->time, rec->values[tray][0]});
+    for (int j = 1; j <= s.NC; ++j) row.emplace_back(rec->x[tray][j]);
     table.rows.push_back(std::move(row));
   }
   return table;
@@ -304,7 +313,86 @@ io::ReportTable BatchLogTable(SharedCalcState& s) {
   table.view = "log";
   table.columns = {"Log"};
   std::string line;
-  while (lines.NextText(line)) table.rows.push_back({line});
+  while (lines.NextText(line)) {
+    std::vector<io::Cell> row;
+    row.emplace_back(line);
+    table.rows.push_back(std::move(row));
+  }
+  return table;
+}
+
+io::ReportTable BatchOpenTankTable(SharedCalcState& s) {
+  const auto& b = s.Batch;
+  io::ReportTable table;
+  table.view = "open-tank";
+  table.columns = {"Name", "Mole", "Mol Fr", "Weight", "Wt Fr"};
+  double mol = 0, kg = 0;
+  for (int j = 1; j <= s.NC; ++j) {
+    mol += b.TankContent[j];
+    kg += b.TankContent[j] * s.Comp.CompMW[j];
+  }
+  for (int j = 1; j <= s.NC; ++j) {
+    const double w = b.TankContent[j] * s.Comp.CompMW[j];
+    table.rows.push_back({CompName(s, j), b.TankContent[j],
+                          mol != 0 ? io::Cell(b.TankContent[j] / mol) : io::Cell(), w,
+                          kg != 0 ? io::Cell(w / kg) : io::Cell()});
+  }
+  const int r = b.TankRow;
+  if (r >= 1 && r <= kMaxTankRows && r <= b.TankChangeCount) {
+    const int key = b.TankChangeKey[r];
+    const double limit = b.TankChangeLimit[r];
+    const char* sense = limit > 0 ? " > " : " < ";
+    std::string text = "Change Condition: ";
+    if (key == -1 || key == -2) {
+      text += std::string("Tank Total Quantity") + sense + io::FormatShortest(std::fabs(limit)) +
+              (key == -1 ? " Kgmol" : " Kg");
+    } else {
+      const int n = key > 100 ? key - 100 : key;
+      text += "(" + std::string(key > 100 ? "Wt Fr" : "Mol Fr") + ") " +
+              (n >= 1 && n <= s.NC ? CompName(s, n) : "Comp " + std::to_string(n)) + sense +
+              io::FormatShortest(std::fabs(limit));
+    }
+    table.messages.push_back(text);
+  } else {
+    table.messages.push_back("Change Condition: the last tank");
+  }
+  return table;
+}
+
+bool BatchConvergenceCellOver(const SharedCalcState& s, int tray, int component) {
+  const auto& b = s.Batch;
+  return std::fabs(b.LiqComp[tray][component] - b.VapComp[tray + 1][component]) > b.CurConvLimit;
+}
+
+io::ReportTable BatchConvergenceTable(SharedCalcState& s) {
+  const auto& b = s.Batch;
+  io::ReportTable table;
+  table.view = "convergence";
+  table.columns = {"Tray"};
+  for (int j = 1; j <= s.NC; ++j) table.columns.push_back(CompName(s, j));
+  for (int i = 1; i <= s.NTray - 1; ++i) {
+    std::vector<io::Cell> row;
+    row.emplace_back(static_cast<double>(i));
+    for (int j = 1; j <= s.NC; ++j) row.emplace_back(b.LiqComp[i][j] - b.VapComp[i + 1][j]);
+    table.rows.push_back(std::move(row));
+  }
+  return table;
+}
+
+io::ReportTable BatchTrayProfileTable(SharedCalcState& s) {
+  const auto& b = s.Batch;
+  io::ReportTable table;
+  table.view = "tray-profile";
+  table.columns = {"Tray", "Temp"};
+  for (int j = 1; j <= s.NC; ++j) table.columns.push_back(CompName(s, j));
+  table.messages.push_back("Ope.Time=" + io::FormatShortest(b.CalcTime));
+  for (int i = 1; i <= s.NTray; ++i) {
+    std::vector<io::Cell> row;
+    row.emplace_back(static_cast<double>(i));
+    row.emplace_back(b.TrayTemp[i]);
+    for (int j = 1; j <= s.NC; ++j) row.emplace_back(b.LiqComp[i][j]);
+    table.rows.push_back(std::move(row));
+  }
   return table;
 }
 

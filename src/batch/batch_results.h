@@ -65,6 +65,17 @@ io::ReportTable BatchTraySeries(SharedCalcState& s, BatchSource source, int tray
 io::ReportTable BatchTopBtmTable(SharedCalcState& s, BatchSource source, bool top);
 io::ReportTable BatchLogTable(SharedCalcState& s);
 
+// ---- views of a run in progress (read from the run tables between steps) ----
+// The open tank: per component Name, Mole (Kgmol), Mol Fr, Weight (Kg), Wt Fr; the change
+// condition of the row in words in messages.
+io::ReportTable BatchOpenTankTable(SharedCalcState& s);
+// The convergence grid: per tray 1..NTray-1 the signed x[i][j] - y[i+1][j]; a cell is painted
+// when its absolute value is above CurConvLimit (BatchConvergenceCellOver).
+io::ReportTable BatchConvergenceTable(SharedCalcState& s);
+bool BatchConvergenceCellOver(const SharedCalcState& s, int tray, int component);
+// The present tray compositions: Tray, Temp, then x per component.
+io::ReportTable BatchTrayProfileTable(SharedCalcState& s);
+
 // The pressure profile of the case, base unit (entered pressures, interpolation between them).
 void BatchPressureProfile(const SharedCalcState& s, TrayArray& pressure);
 

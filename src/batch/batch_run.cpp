@@ -112,6 +112,40 @@ bool ApplyBatchRunChange(SharedCalcState& s, BatchRunChange which, double newVal
   return true;
 }
 
+double BatchTankValue(const SharedCalcState& s) {
+  const auto& b = s.Batch;
+  const int r = b.TankRow;
+  if (r < 1 || r > kMaxTankRows) return 0;
+  const int key = b.TankChangeKey[r];
+  const int nc = s.NC;
+  const auto& c = b.TankContent;
+  const auto& mw = s.Comp.CompMW;
+  double v = 0;
+  if (key == -2) {
+    for (int j = 1; j <= nc; ++j) v += c[j] * mw[j];
+  } else if (key == -1) {
+    for (int j = 1; j <= nc; ++j) v += c[j];
+  } else if (key >= 1 && key < 100 && key <= nc) {
+    double sum = 0;
+    for (int j = 1; j <= nc; ++j) sum += c[j];
+    v = c[key] / sum;
+  } else if (key > 100 && key - 100 <= nc) {
+    double sum = 0;
+    for (int j = 1; j <= nc; ++j) sum += c[j] * mw[j];
+    v = c[key - 100] * mw[key - 100] / sum;
+  }
+  return v;
+}
+
+bool BatchTankChangeDue(const SharedCalcState& s) {
+  const auto& b = s.Batch;
+  if (b.TankRow < 1 || b.TankRow > kMaxTankRows) return false;
+  const double v = BatchTankValue(s);
+  const double limit = b.TankChangeLimit[b.TankRow];
+  // The "<" sense is stored as the negative; a zero limit would change on v < 0, that is never.
+  return limit > 0 ? v > limit : v < -limit;
+}
+
 namespace {
 
 // One run: the loop of steps with the ends of a run, over the state.
@@ -479,28 +513,7 @@ bool BatchRunner::TotalRefluxTest() {
 }
 
 bool BatchRunner::TankTest() {
-  const int r = b_.TankRow;
-  if (r < 1 || r > kMaxTankRows) return false;
-  const int key = b_.TankChangeKey[r];
-  const auto& c = b_.TankContent;
-  const auto& mw = s_.Comp.CompMW;
-  double v = 0;
-  if (key == -2) {
-    for (int j = 1; j <= nc_; ++j) v += c[j] * mw[j];
-  } else if (key == -1) {
-    for (int j = 1; j <= nc_; ++j) v += c[j];
-  } else if (key >= 1 && key < 100 && key <= nc_) {
-    double sum = 0;
-    for (int j = 1; j <= nc_; ++j) sum += c[j];
-    v = c[key] / sum;
-  } else if (key > 100 && key - 100 <= nc_) {
-    double sum = 0;
-    for (int j = 1; j <= nc_; ++j) sum += c[j] * mw[j];
-    v = c[key - 100] * mw[key - 100] / sum;
-  }
-  const double limit = b_.TankChangeLimit[r];
-  const bool change = limit > 0 ? v > limit : v < -limit;
-  if (!change) return false;
+  if (!BatchTankChangeDue(s_)) return false;
   ChangeTank();
   if (b_.TanksExhausted > 0) {
     EndBatchCalculation();

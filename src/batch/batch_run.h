@@ -78,6 +78,12 @@ struct BatchRunResult {
 BatchRunResult RunBatchCalculation(SharedCalcState& s, BatchRunObserver* observer = nullptr,
                                    const BatchRunOptions& options = {});
 
+// The tank test of the open tank (row TankRow): the quantity its key names (-2 total Kg,
+// -1 total Kgmol, n mole fraction of component n, 100 + n weight fraction) and whether it passed
+// its limit (a positive limit: v above it; otherwise v below its absolute value).
+double BatchTankValue(const SharedCalcState& s);
+bool BatchTankChangeDue(const SharedCalcState& s);
+
 // The integrator's constants A, B, C for stages 1..4.
 struct RkgTable {
   std::array<double, 5> A{}, B{}, C{};

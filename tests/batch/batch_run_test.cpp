@@ -380,3 +380,43 @@ TEST(BatchReports, MissingAndCutFiles) {
   EXPECT_TRUE(none.rows.empty());
   EXPECT_FALSE(none.messages.empty());
 }
+
+TEST(BatchRun, TankTestKeysAndSigns) {
+  Prepared p;
+  auto& s = p.s();
+  LoadBatchExample(s);
+  auto& b = s.Batch;
+  b.TankRow = 1;
+  b.TankContent = {};
+  b.TankContent[1] = 1.5;  // methanol
+  b.TankContent[3] = 0.5;  // water
+  const double kg = 1.5 * 32.04 + 0.5 * 18.015;
+  struct Case {
+    int key;
+    double limit;
+    double value;
+    bool due;
+  } cases[] = {
+      {-1, 2, 2.0, false},                   // total Kgmol must rise above 2
+      {-1, 1.9, 2.0, true},                  //
+      {-2, kg - 1, kg, true},                // total Kg
+      {1, 0.7, 0.75, true},                  // methanol mole fraction above 0.7
+      {1, -0.7, 0.75, false},                // ... below 0.7
+      {1, -0.8, 0.75, true},                 //
+      {103, -0.2, 0.5 * 18.015 / kg, true},  // water weight fraction below 0.2
+      {3, 0, 0.25, false},                   // a zero limit never changes
+  };
+  for (const auto& c : cases) {
+    b.TankChangeKey[1] = c.key;
+    b.TankChangeLimit[1] = c.limit;
+    EXPECT_NEAR(BatchTankValue(s), c.value, 1e-12) << c.key;
+    EXPECT_EQ(BatchTankChangeDue(s), c.due) << c.key << " " << c.limit;
+  }
+  // The open-tank view names the condition by the sign of the limit.
+  b.TankChangeKey[1] = 1;
+  b.TankChangeLimit[1] = -0.88;
+  auto view = BatchOpenTankTable(s);
+  ASSERT_EQ(view.rows.size(), 3u);
+  EXPECT_DOUBLE_EQ(std::get<double>(view.rows[0][2]), 0.75);
+  EXPECT_EQ(view.messages[0], "Change Condition: (Mol Fr) Methanol < 0.88");
+}

@@ -420,3 +420,42 @@ TEST(BatchRun, TankTestKeysAndSigns) {
   EXPECT_DOUBLE_EQ(std::get<double>(view.rows[0][2]), 0.75);
   EXPECT_EQ(view.messages[0], "Change Condition: (Mol Fr) Methanol < 0.88");
 }
+
+TEST(BatchRun, HoldupChangeIsADifferenceOnTraysAndARateInTheStill) {
+  auto dir = FreshDir("kgbasis");
+  Prepared p;
+  Prepare(p, dir);
+  auto& s = p.s();
+  LoadProductExample(s);
+  s.Batch.HoldupBasis = 2;  // Kg: the Kgmol on a tray follow its mean molecular weight
+  for (int i = 1; i <= 9; ++i) s.Batch.TrayHoldupInput[i][kHoldupKg] = i == 1 ? 100 : 20;
+  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
+  class Watcher : public BatchRunObserver {
+   public:
+    void Yield(SharedCalcState& s, const BatchStepInfo& info) override {
+      const auto& b = s.Batch;
+      if (info.step >= 2) {
+        for (int i = 1; i <= s.NTray - 1; ++i) {
+          worstTray = std::max(worstTray, std::fabs(b.HoldupChange[i] - (b.Holdup[i] - last[i])));
+        }
+        worstStill =
+            std::max(worstStill, std::fabs(b.HoldupChange[s.NTray] -
+                                           (b.Holdup[s.NTray] - last[s.NTray]) / b.CurDiffTime));
+        anyChange = anyChange || b.HoldupChange[1] != 0;
+      }
+      last = b.Holdup;
+      if (info.step >= 50) RequestStop(s);
+    }
+    TrayArray last{};
+    double worstTray = 0, worstStill = 0;
+    bool anyChange = false;
+  } watcher;
+  RunBatchCalculation(s, &watcher);
+  EXPECT_TRUE(watcher.anyChange);
+  EXPECT_LT(watcher.worstTray, 1e-12);
+  EXPECT_LT(watcher.worstStill, 1e-6);
+  // On the Kg basis the upper trays hold Kg over the mean molecular weight.
+  double mw = 0;
+  for (int j = 1; j <= 3; ++j) mw += s.Batch.LiqComp[1][j] * s.Comp.CompMW[j];
+  EXPECT_NEAR(s.Batch.Holdup[1], 100 / mw, 0.5);
+}

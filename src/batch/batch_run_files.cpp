@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "batch/batch_data.h"
+#include "io/display_format.h"
 #include "io/record_writer.h"
 #include "state/errors.h"
 #include "state/shared_state.h"
@@ -67,11 +68,7 @@ std::string PrintedNumber(double value) {
 }
 
 std::string CalTimeText(double t) {
-  char buf[64];
-  std::snprintf(buf, sizeof buf, "%.4f", t);
-  std::string text = buf;
-  if (text == "-0.0000") text = "0.0000";
-  return text;
+  return io::FormatNumber(t, "###0.0000");
 }
 
 void StartBatchLog(SharedCalcState& s) {

@@ -1,5 +1,6 @@
 #include "batch/batch_data.h"
 
+#include <algorithm>
 #include <string>
 
 #include "state/shared_state.h"
@@ -86,6 +87,58 @@ std::string ApplyBatchTowerSpec(SharedCalcState& s, int nTray, double topPress, 
     b.TrayPressInput[nTray] = bottomPress;
   }
   return "";
+}
+
+void ApplyBatchFeed(SharedCalcState& s, double totalFeed, const CompArray& feedComp,
+                    int unitIndex) {
+  s.Batch.TotalFeed = totalFeed;
+  for (int j = 1; j <= s.NC; ++j) s.Batch.FeedComp[j] = feedComp[j];
+  s.Batch.FeedUnitIndex = unitIndex;
+  DeriveStillHoldup(s);
+}
+
+void ApplyBatchTray(SharedCalcState& s, int holdupBasis, const std::vector<BatchTrayRow>& rows) {
+  auto& b = s.Batch;
+  b.HoldupBasis = holdupBasis >= 1 && holdupBasis <= 3 ? holdupBasis : 1;
+  const int col = b.HoldupBasis - 1;
+  const int n = std::min<int>(s.NTray, static_cast<int>(rows.size()));
+  for (int i = 1; i <= n; ++i) {
+    const auto& row = rows[i - 1];
+    b.TrayPressInput[i] = row.press;
+    b.TrayHeat[i] = ConvHeatToBase(s, row.heat);
+    if (i < s.NTray) b.TrayHoldupInput[i][col] = row.holdup;
+  }
+  if (n == s.NTray && n >= 1) b.TRefluxQReb = b.TrayHeat[s.NTray];
+  DeriveStillHoldup(s);
+}
+
+void ApplyBatchOperation(SharedCalcState& s, const BatchOperationInput& in) {
+  auto& b = s.Batch;
+  b.MaxOpeTime = in.maxOpeTime;
+  b.DiffTime = in.diffTime;
+  b.SaveInterval = in.saveInterval;
+  b.TRefluxConvLimit = in.convLimit;
+  b.TRefluxQReb = ConvHeatToBase(s, in.duty);
+  if (s.NTray >= 1) b.TrayHeat[s.NTray] = b.TRefluxQReb;
+  b.BatchOpeType = in.opeType == 1 ? 1 : (b.BatchOpeType > 1 ? b.BatchOpeType : 2);
+  b.GraphLinear = in.graphLinear;
+  b.GraphDivisions = in.graphDivisions;
+}
+
+std::string BatchFeedScreenGuard(SharedCalcState& s) {
+  bool named = false;
+  for (int j = 1; j <= s.NC; ++j) named = named || !s.Comp.CompName[j].empty();
+  if (s.NC >= 1 && named) return "";
+  std::string text(Pick(s, BiText{"No Component Name", "成分名が入力されていません"}));
+  ShowMessage(s, text);
+  return text;
+}
+
+std::string BatchTrayScreenGuard(SharedCalcState& s) {
+  if (s.NTray != 0) return "";
+  std::string text(Pick(s, BiText{"T.Plate does not input", "段数が入力されていません"}));
+  ShowMessage(s, text);
+  return text;
 }
 
 std::string ApplyBatchProduct(SharedCalcState& s, const BatchProductInput& in) {

@@ -22,6 +22,35 @@ double DeriveStillHoldup(SharedCalcState& s);
 std::string ApplyBatchTowerSpec(SharedCalcState& s, int nTray, double topPress, double bottomPress,
                                 double initialTemp);
 
+// The feed screen's OK: the charge (treated as Kgmol and mole fractions whatever unitIndex
+// says; it only changes a caption) and the still's hold-up derived again.
+void ApplyBatchFeed(SharedCalcState& s, double totalFeed, const CompArray& feedComp, int unitIndex);
+
+// The tray screen's OK. Rows 1..NTray-1 give pressure, hold-up (in the basis) and heat (user's
+// heat unit, converted to base); the last row only pressure and heat, and its heat also becomes
+// TRefluxQReb; the still's hold-up is derived again.
+struct BatchTrayRow {
+  double press = 0;
+  double holdup = 0;
+  double heat = 0;  // user's heat unit per hour
+};
+void ApplyBatchTray(SharedCalcState& s, int holdupBasis, const std::vector<BatchTrayRow>& rows);
+
+// The operation screen's OK; the duty is in the user's heat unit, converted to base and also
+// written into the still's row of the tray table.
+struct BatchOperationInput {
+  double maxOpeTime = 10, diffTime = 0.0001, saveInterval = 0.001, convLimit = 0.0005;
+  double duty = 0;
+  int opeType = 1;  // 1 total reflux, 2 total reflux then product
+  int graphLinear = 0;
+  int graphDivisions = 5;
+};
+void ApplyBatchOperation(SharedCalcState& s, const BatchOperationInput& in);
+
+// The guards of the main screen's buttons: "" when the screen may open, else the message shown.
+std::string BatchFeedScreenGuard(SharedCalcState& s);
+std::string BatchTrayScreenGuard(SharedCalcState& s);
+
 // One tank row as the product screen holds it.
 struct BatchProductRow {
   double refluxRatio = 0;

@@ -291,3 +291,36 @@ TEST(BatchCase, PressureProfileInterpolatesWithTheLargerDivisor) {
   EXPECT_NEAR(mmHg(9), 1010 + 3 * 90.0 / 5, 1e-9);
   EXPECT_NEAR(mmHg(10), 1100, 1e-9);
 }
+
+TEST(BatchCase, EntryScreensKeepTheDerivedFigures) {
+  Prepared p;
+  auto& s = p.s();
+  s.LanguageFlag = 1;
+  ResetBatchCase(s);
+  EXPECT_EQ(BatchFeedScreenGuard(s), "No Component Name");
+  EXPECT_EQ(BatchTrayScreenGuard(s), "T.Plate does not input");
+  LoadBatchExample(s);
+  EXPECT_EQ(BatchFeedScreenGuard(s), "");
+  CompArray z{};
+  z[1] = 0.2, z[2] = 0.1, z[3] = 0.7;
+  ApplyBatchFeed(s, 120, z, 1);  // the Kg caption changes nothing
+  EXPECT_EQ(s.Batch.TotalFeed, 120);
+  EXPECT_EQ(s.Batch.TrayHoldupInput[10][kHoldupKgmol], 120 - 13);
+  std::vector<BatchTrayRow> rows(10, BatchTrayRow{0, 2, 0});
+  rows[0].press = 760;
+  rows[9] = BatchTrayRow{780, 999, 4186.05};  // the still's hold-up is never taken
+  ApplyBatchTray(s, 1, rows);
+  EXPECT_EQ(s.Batch.TrayHoldupInput[10][kHoldupKgmol], 120 - 18);
+  EXPECT_DOUBLE_EQ(s.Batch.TRefluxQReb, 1.0);  // Kcal: 4186.05 in the user's unit
+  EXPECT_EQ(s.Batch.TrayPressInput[10], 780);
+  BatchOperationInput op;
+  op.duty = 2 * 4186.05;
+  op.opeType = 2;
+  ApplyBatchOperation(s, op);
+  EXPECT_DOUBLE_EQ(s.Batch.TRefluxQReb, 2.0);
+  EXPECT_DOUBLE_EQ(s.Batch.TrayHeat[10], 2.0);
+  EXPECT_EQ(s.Batch.BatchOpeType, 2);
+  op.opeType = 1;
+  ApplyBatchOperation(s, op);
+  EXPECT_EQ(s.Batch.BatchOpeType, 1);
+}

@@ -304,14 +304,5 @@ TEST(UnifacScreens, TablePlacesAndInteractionCells) {
   EXPECT_EQ(UnifacReferenceText().substr(0, 6), "出典");
 }
 
-TEST(ScreenNumber, LeadingNumberOfTheText) {
-  EXPECT_EQ(ScreenNumber("1.7"), 1.7);
-  EXPECT_EQ(ScreenNumber(" 760 mmHg"), 760);
-  EXPECT_EQ(ScreenNumber("abc"), 0);
-  EXPECT_EQ(ScreenNumber(""), 0);
-  EXPECT_EQ(ScreenNumber("-.5e2x"), -50);
-  EXPECT_EQ(ScreenNumber("3e"), 3);
-}
-
 }  // namespace
 }  // namespace tervale

@@ -270,7 +270,19 @@ int RunBrowse(CliContext& ctx) {
   } else {
     rs = db::BrowseQuery(*database, table, Opt().name);
   }
-  PrintTable(ctx, ToReport(Opt().table, rs));
+  if (ctx.json) {
+    // The report shape, with each field as the database holds it: an Index stays a whole number.
+    Json rows = Json::array();
+    for (const auto& row : rs.rows) {
+      Json cells = Json::array();
+      for (size_t c = 0; c < row.size(); ++c)
+        cells.push_back(JsonValue(ctx, row[c], c < rs.columns.size() ? rs.columns[c] : ""));
+      rows.push_back(std::move(cells));
+    }
+    PrintJson(ctx, Json{{"view", Opt().table}, {"columns", rs.columns}, {"rows", std::move(rows)}});
+  } else {
+    PrintTable(ctx, ToReport(Opt().table, rs));
+  }
   return 0;
 }
 

@@ -42,10 +42,12 @@ std::string_view ParameterTable(const ParameterSaveCase& c) {
   return IsWilsonCalc(c.CalcType) ? "Wilson Parameter" : "NRTL Parameter";
 }
 
-// The form keeps its indexes as 16-bit integers: a larger Index is an overflow.
+// The form keeps its indexes as 16-bit integers: a larger Index is an overflow, and a row
+// without an Index cannot be numbered after (the load then fails as on any database error,
+// instead of numbering the next row as if there were none).
 std::int16_t ToIndex16(const Value& v) {
   auto n = AsNumber(v);
-  if (!n) return -1;
+  if (!n) throw DatabaseError("Invalid use of Null (Index)", 0);
   if (*n < std::numeric_limits<std::int16_t>::min() ||
       *n > std::numeric_limits<std::int16_t>::max())
     throw DatabaseError("Overflow", 0);

@@ -400,5 +400,15 @@ TEST_F(WriterTest, AntoineSaveNumbersAfterTheLastAndRefusesTheSameConstants) {
   EXPECT_EQ(AsText(rows.Field(0, "Formula")), "Tv2");
 }
 
+TEST_F(WriterTest, AStoredPairWithoutIndexFailsTheLoad) {
+  ASSERT_EQ(LoadAndSave(NewWilsonCase()).outcome, SaveOutcome::Saved);
+  db_->Execute("UPDATE [Wilson Parameter] SET [Index] = NULL WHERE [Name1] = 'Argon'");
+  dialogs_.messages.clear();
+  auto f = LoadParameterSave(*db_, *s_, NewWilsonCase(0.5, 0.5));
+  EXPECT_TRUE(f.LoadFailed);
+  ASSERT_EQ(dialogs_.messages.size(), 1u);
+  EXPECT_EQ(dialogs_.messages[0], "ERROR: DataBase ｴﾗｰ!!");
+}
+
 }  // namespace
 }  // namespace tervale::db::testing

@@ -127,15 +127,6 @@ std::string_view BrowseTable(const std::string& word) {
   return "";
 }
 
-bool SameIgnoringCase(const std::string& a, const std::string& b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i)
-    if (std::tolower(static_cast<unsigned char>(a[i])) !=
-        std::tolower(static_cast<unsigned char>(b[i])))
-      return false;
-  return true;
-}
-
 int RunBuild(CliContext& ctx) {
   try {
     int rows = db::BuildDatabaseFromSeed(Opt().seedDir, Opt().out);
@@ -211,7 +202,7 @@ int RunPair(CliContext& ctx) {
     for (const char* col : {"Name1", "Name2"}) {
       std::string stored = db::AsText(rows.Field(0, col));
       for (int k = 1; k <= 2; ++k)
-        if (SameIgnoringCase(stored, s.Comp.CompName[k])) s.Comp.CompName[k] = stored;
+        if (db::SameNameIgnoringCase(stored, s.Comp.CompName[k])) s.Comp.CompName[k] = stored;
     }
     if (*kind == db::LookupKind::Nrtl) {
       if (auto a = db::AsNumber(rows.Field(0, "Alpha"))) s.Bin.NrtlAlpha = *a;
@@ -270,7 +261,19 @@ int RunBrowse(CliContext& ctx) {
   } else {
     rs = db::BrowseQuery(*database, table, Opt().name);
   }
-  PrintTable(ctx, ToReport(Opt().table, rs));
+  if (ctx.json) {
+    // The report shape, with each field as the database holds it: an Index stays a whole number.
+    Json rows = Json::array();
+    for (const auto& row : rs.rows) {
+      Json cells = Json::array();
+      for (size_t c = 0; c < row.size(); ++c)
+        cells.push_back(JsonValue(ctx, row[c], c < rs.columns.size() ? rs.columns[c] : ""));
+      rows.push_back(std::move(cells));
+    }
+    PrintJson(ctx, Json{{"view", Opt().table}, {"columns", rs.columns}, {"rows", std::move(rows)}});
+  } else {
+    PrintTable(ctx, ToReport(Opt().table, rs));
+  }
   return 0;
 }
 

@@ -1,12 +1,11 @@
 // tervale-cli purecomp: pure-component property estimation from a JSON case file;
 // tervale-cli example purecomp -o FILE: writes the built-in case (n-hexane).
 #include <cmath>
-#include <fstream>
 #include <iostream>
-#include <sstream>
 
 #include "cli/command_registry.h"
 #include "cli/example_registry.h"
+#include "cli/json_case_file.h"
 #include "io/display_format.h"
 #include "purecomp/pure_engine.h"
 #include "state/errors.h"
@@ -52,21 +51,11 @@ double RequiredNumber(const Json& object, const char* key, const std::string& wh
 // Reads a case into the state's choices and counts and the screen's fields. The state is
 // touched only when the whole case has been read.
 void ReadPureCase(const Json& c, SharedCalcState& s, PureComponentInput& in) {
-  if (!c.is_object()) Bad("the file does not hold a JSON object");
-  if (!c.contains("program") || c["program"] != "purecomp")
-    Bad("\"program\" must be \"purecomp\" (this is not a pure-component case)");
-  const auto onlyKeys = [](const Json& object, std::initializer_list<const char*> keys,
-                           const std::string& where) {
-    for (auto it = object.begin(); it != object.end(); ++it) {
-      bool known = false;
-      for (const char* k : keys) known = known || it.key() == k;
-      if (!known) Bad(where + "unknown key \"" + it.key() + "\"");
-    }
-  };
-  onlyKeys(c,
-           {"program", "name", "mol_weight", "total_atoms", "tb_c", "temp_low_c", "temp_high_c",
-            "methods", "cp0", "lyman_danner", "spencer_danner", "groups"},
-           "");
+  CheckCaseProgram(c, "purecomp", "Pure-component case");
+  CheckCaseKeys(c,
+                {"program", "name", "mol_weight", "total_atoms", "tb_c", "temp_low_c",
+                 "temp_high_c", "methods", "cp0", "lyman_danner", "spencer_danner", "groups"},
+                "Pure-component case");
   PureComponentInput input;
   if (c.contains("name")) {
     if (!c["name"].is_string()) Bad("name must be a string");
@@ -121,14 +110,14 @@ void ReadPureCase(const Json& c, SharedCalcState& s, PureComponentInput& in) {
   if (c.contains("lyman_danner")) {
     const Json& v = c["lyman_danner"];
     if (!v.is_object()) Bad("lyman_danner must be an object {\"R\", \"K\"}");
-    onlyKeys(v, {"R", "K"}, "lyman_danner: ");
+    CheckCaseKeys(v, {"R", "K"}, "Pure-component case: lyman_danner");
     input.HasCpL_R = OptionalNumber(v, "R", "lyman_danner.", input.CpL_R);
     input.HasCpL_K = OptionalNumber(v, "K", "lyman_danner.", input.CpL_K);
   }
   if (c.contains("spencer_danner")) {
     const Json& v = c["spencer_danner"];
     if (!v.is_object()) Bad("spencer_danner must be an object {\"rho_ref\", \"t_ref_c\"}");
-    onlyKeys(v, {"rho_ref", "t_ref_c"}, "spencer_danner: ");
+    CheckCaseKeys(v, {"rho_ref", "t_ref_c"}, "Pure-component case: spencer_danner");
     input.HasLiqD_Dref = OptionalNumber(v, "rho_ref", "spencer_danner.", input.LiqD_Dref);
     input.HasLiqD_Tref = OptionalNumber(v, "t_ref_c", "spencer_danner.", input.LiqD_Tref);
   }
@@ -270,28 +259,12 @@ void PrintText(const PureComponentEstimate& p) {
             << "Zra   " << FormatNumber(p.PropZra, "#.00000") << '\n';
 }
 
-Json ReadJsonFile(const std::string& path) {
-  std::ifstream f(path, std::ios::binary);
-  if (!f) throw InputRefused("Cannot open the case file: " + path);
-  std::stringstream text;
-  text << f.rdbuf();
-  try {
-    return Json::parse(text.str());
-  } catch (const Json::parse_error& e) {
-    throw InputRefused("The case file is not valid JSON: " + path + ": " + e.what());
-  }
-}
-
 ExampleRegistrar example({"purecomp",
                           "Pure-component estimation (n-hexane)",
                           {1},
                           1,
                           [](CliContext& ctx, int, const std::filesystem::path& out) {
-                            std::ofstream f(out, std::ios::binary | std::ios::trunc);
-                            if (!(f << ExampleCase().dump(2) << '\n') || !f.flush())
-                              return Refuse(ctx, "Cannot write " + out.string());
-                            std::cerr << "Wrote " << out.string() << '\n';
-                            return 0;
+                            return WriteExampleText(ctx, out, ExampleCase().dump(2) + "\n");
                           }});
 
 CommandRegistrar reg(80, [](CLI::App& app, CliContext& ctx) {
@@ -302,7 +275,7 @@ CommandRegistrar reg(80, [](CLI::App& app, CliContext& ctx) {
     ctx.action = [&ctx] {
       auto& s = ctx.s();
       PureComponentInput input;
-      ReadPureCase(ReadJsonFile(file), s, input);
+      ReadPureCase(LoadJsonCase(file), s, input);
       RunPureComponentEstimation(s, input);
       if (ctx.json) {
         PrintJson(ctx, ResultJson(ctx));

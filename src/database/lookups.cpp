@@ -336,7 +336,9 @@ OkResult SubstanceOk(PropertyDatabase& db, SharedCalcState& s, LookupDialog& d, 
         Put(rec, "Tc", nullptr, &grid, r, 6);
         Put(rec, "Pc", nullptr, &grid, r, 7);
         Put(rec, "Omg", nullptr, &grid, r, 8);
-      } else {
+      } else if (s.ActiveProgram <= 2) {
+        // The component screen of the distillation, batch and flash programs; no other
+        // program has a grid this dialogue writes to.
         Put(rec, "Name", nullptr, &grid, r, 1);
         Put(rec, "MW", nullptr, &grid, r, 2);
         Put(rec, "Tc", nullptr, &grid, r, 3);

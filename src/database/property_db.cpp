@@ -35,9 +35,7 @@ std::string AsText(const Value& v) {
   return "";
 }
 
-namespace {
-
-bool SameName(std::string_view a, std::string_view b) {
+bool SameNameIgnoringCase(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
   for (size_t i = 0; i < a.size(); ++i)
     if (std::tolower(static_cast<unsigned char>(a[i])) !=
@@ -45,6 +43,8 @@ bool SameName(std::string_view a, std::string_view b) {
       return false;
   return true;
 }
+
+namespace {
 
 const Value kNull{};
 
@@ -57,7 +57,7 @@ struct Statement {
 
 int RecordSet::ColumnIndex(std::string_view name) const {
   for (size_t c = 0; c < columns.size(); ++c)
-    if (SameName(columns[c], name)) return int(c);
+    if (SameNameIgnoringCase(columns[c], name)) return int(c);
   return -1;
 }
 

@@ -26,6 +26,8 @@ bool IsNull(const Value& v);
 std::optional<double> AsNumber(const Value& v);
 // The text of a field as a grid cell shows it: "" for Null, numbers in their shortest form.
 std::string AsText(const Value& v);
+// Two names compared as the database compares them: ASCII letters without regard to case.
+bool SameNameIgnoringCase(std::string_view a, std::string_view b);
 
 // The rows of one query, with the table's column names in table order.
 struct RecordSet {

@@ -42,10 +42,12 @@ std::string_view ParameterTable(const ParameterSaveCase& c) {
   return IsWilsonCalc(c.CalcType) ? "Wilson Parameter" : "NRTL Parameter";
 }
 
-// The form keeps its indexes as 16-bit integers: a larger Index is an overflow.
+// The form keeps its indexes as 16-bit integers: a larger Index is an overflow, and a row
+// without an Index cannot be numbered after (the load then fails as on any database error,
+// instead of numbering the next row as if there were none).
 std::int16_t ToIndex16(const Value& v) {
   auto n = AsNumber(v);
-  if (!n) return -1;
+  if (!n) throw DatabaseError("Invalid use of Null (Index)", 0);
   if (*n < std::numeric_limits<std::int16_t>::min() ||
       *n > std::numeric_limits<std::int16_t>::max())
     throw DatabaseError("Overflow", 0);
@@ -55,6 +57,23 @@ std::int16_t ToIndex16(const Value& v) {
 bool SameNumber(const Value& v, double x) {
   auto n = AsNumber(v);
   return n && *n == x;  // exactly: a rounded value is another value
+}
+
+// A substance must stand in CriticalConstant before its constants are saved: when it does not,
+// the user is asked whether to add it (the second button, No, is the default and ends the
+// save); Yes opens the critical-constant form, whose formula comes back into `formula`.
+bool AskAddMissingComponent(PropertyDatabase& db, SharedCalcState& s, const std::string& name,
+                            std::string& formula, const CriticalConstantFormFn& openForm) {
+  RecordSet rs = db.Query(
+      "SELECT [CriticalConstant].* FROM [CriticalConstant] WHERE [CriticalConstant].[Name] "
+      "Like ?",
+      {name});
+  if (rs.RecordCount() > 0) return true;
+  if (AskUser(s, Same(name + " が臨界定数Databaseに登録されていません。登録しますか？"),
+              Buttons::YesNo) != Answer::Yes)
+    return false;
+  if (openForm) formula = openForm(name, formula);
+  return true;
 }
 
 }  // namespace
@@ -146,20 +165,10 @@ SaveResult SaveParameters(PropertyDatabase& db, SharedCalcState& s, ParameterSav
   const bool wilson = IsWilsonCalc(c.CalcType);
   try {
     // 1. Both components must stand in CriticalConstant, or the user is asked to add them.
-    for (int k = 1; k <= 2; ++k) {
-      RecordSet rs = db.Query(
-          "SELECT [CriticalConstant].* FROM [CriticalConstant] WHERE [CriticalConstant].[Name] "
-          "Like ?",
-          {c.ComponentName[k]});
-      if (rs.RecordCount() > 0) continue;
-      // The second button (No) is the default of this question.
-      Answer a = AskUser(
-          s, Same(c.ComponentName[k] + " が臨界定数Databaseに登録されていません。登録しますか？"),
-          Buttons::YesNo);
-      if (a != Answer::Yes) return result;
-      if (openCriticalConstantForm)
-        f.Formula[k] = openCriticalConstantForm(c.ComponentName[k], f.Formula[k]);
-    }
+    for (int k = 1; k <= 2; ++k)
+      if (!AskAddMissingComponent(db, s, c.ComponentName[k], f.Formula[k],
+                                  openCriticalConstantForm))
+        return result;
     // 2., 3. The formulas and the memo must be filled.
     for (int k = 1; k <= 2; ++k) {
       if (f.Formula[k].empty()) {
@@ -284,6 +293,53 @@ CriticalSaveResult SaveCriticalConstant(PropertyDatabase& db, SharedCalcState& s
     result.saved = true;
   } catch (const TervaleError& e) {
     ShowTitledMessage(s, "ERROR:", e.what());
+  }
+  return result;
+}
+
+AntoineSaveResult SaveAntoineConstants(PropertyDatabase& db, SharedCalcState& s,
+                                       const AntoineSaveCase& c,
+                                       const CriticalConstantFormFn& openCriticalConstantForm) {
+  AntoineSaveResult result;
+  result.Formula = c.Formula;
+  try {
+    // The constants stored already under the name, and the last Index of the name. Nothing is
+    // asked when there is nothing to save.
+    RecordSet rows = db.Query(
+        "SELECT [AntoineConstant].* FROM [AntoineConstant] WHERE [AntoineConstant].[Name] Like ? "
+        "order by [AntoineConstant].[index]",
+        {c.Name});
+    std::int64_t lastIndex = -1;
+    for (int r = 0; r < rows.RecordCount(); ++r) {
+      if (auto index = AsNumber(rows.Field(size_t(r), "Index")))
+        lastIndex = std::int64_t(std::llround(*index));
+      if (SameNumber(rows.Field(size_t(r), "AN"), c.A) &&
+          SameNumber(rows.Field(size_t(r), "BN"), c.B) &&
+          SameNumber(rows.Field(size_t(r), "CN"), c.C)) {
+        ShowMessage(s, Same("'" + c.Name + "' はすでに同じデータがある。！！"));
+        result.outcome = SaveOutcome::Duplicate;
+        return result;
+      }
+    }
+    if (!AskAddMissingComponent(db, s, c.Name, result.Formula, openCriticalConstantForm))
+      return result;
+    AntoineRow row;
+    row.Formula = result.Formula;
+    row.Name = c.Name;
+    row.Index = lastIndex + 1;
+    row.AN = c.A;
+    row.BN = c.B;
+    row.CN = c.C;
+    row.TL = c.TempLow;
+    row.TU = c.TempHigh;
+    row.Memo = c.Memo;
+    AddAntoineRow(db, row);
+    result.Index = row.Index;
+    ShowMessage(s, Same("'" + c.Name + "' のAntoine定数を保存しました。"));
+    result.outcome = SaveOutcome::Saved;
+  } catch (const TervaleError& e) {
+    ShowTitledMessage(s, "ERROR:", e.what());
+    result.outcome = SaveOutcome::Failed;
   }
   return result;
 }

@@ -125,4 +125,30 @@ struct CriticalSaveResult {
 CriticalSaveResult SaveCriticalConstant(PropertyDatabase& db, SharedCalcState& s,
                                         const CriticalConstantEntry& entry);
 
+// ---- the Antoine program's save ----
+
+// The selected row of the Antoine estimation: the constants found and the range they hold for.
+struct AntoineSaveCase {
+  std::string Formula;
+  std::string Name;
+  double A = 0, B = 0, C = 0;
+  double TempLow = 0, TempHigh = 0;  // C, stored as TL and TU
+  std::optional<std::string> Memo;
+};
+
+struct AntoineSaveResult {
+  SaveOutcome outcome = SaveOutcome::Stopped;
+  std::int64_t Index = -1;  // Index of the row written
+  std::string Formula;      // the formula, as the critical-constant form may have changed it
+};
+
+// Saves the constants of one substance as a new AntoineConstant row numbered after the last of
+// its name. The same three constants stored already: "' はすでに同じデータがある。！！" and
+// nothing written. A substance missing from CriticalConstant brings the question whether to add
+// it (No, the default, ends the save). A refused write shows the database's error under
+// "ERROR:".
+AntoineSaveResult SaveAntoineConstants(PropertyDatabase& db, SharedCalcState& s,
+                                       const AntoineSaveCase& c,
+                                       const CriticalConstantFormFn& openCriticalConstantForm = {});
+
 }  // namespace tervale::db

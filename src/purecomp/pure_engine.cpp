@@ -3,6 +3,7 @@
 // forms the rest of the suite reads.
 #include "purecomp/pure_engine.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
@@ -75,6 +76,32 @@ void ClearFit(PureComponentEstimate& p) {
   p.FitPointCount = 0;
   p.FitBasis = {};
   p.FitValue = {};
+}
+
+// One computed curve on the grid (latent heat, liquid heat capacity or density): its points,
+// which of them exist, and its extremes for the graphs.
+struct GridCurve {
+  GridArray& value;
+  GridFlags& has;
+  double& min;
+  double& max;
+};
+
+// Empties the curve and the fit work before a curve is computed again.
+void StartGridCurve(PureComponentEstimate& p, const GridCurve& curve) {
+  ClearFit(p);
+  curve.has = {};
+  curve.min = 1e10;
+  curve.max = -1e10;
+}
+
+// Keeps the value of grid point i and puts it into the fit work with the basis 1, T, T^2.
+void KeepGridPoint(PureComponentEstimate& p, const GridCurve& curve, int i, double value) {
+  curve.value[i] = value;
+  curve.has[i] = true;
+  curve.min = std::min(curve.min, value);
+  curve.max = std::max(curve.max, value);
+  AddQuadraticPoint(p, p.GridTempK[i], value);
 }
 
 // Fits the points in the fit work; coefficients 1..nCoef into out[1..nCoef].
@@ -288,6 +315,23 @@ void FitAntoineConstants(SharedCalcState& s) {
 
 void FitAntoineToGridPressures(SharedCalcState& s) {
   auto& p = s.PureComp;
+  // Fewer than three distinct temperatures leave the normal equations singular. The rounding
+  // of the means seldom makes their determinant exactly 0, and Cramer's rule would then turn
+  // noise into constants: the count is tested before solving.
+  int distinct = 0;
+  for (int i = 1; i <= kGridPoints && distinct < 3; ++i) {
+    bool seen = false;
+    for (int j = 1; j < i && !seen; ++j) seen = p.GridTempC[j] == p.GridTempC[i];
+    if (!seen) ++distinct;
+  }
+  if (distinct < 3) {
+    throw FatalCondition(std::string(Pick(
+        s, BiText{"Arithmetic fault: division by zero in the Antoine fit. The temperatures of "
+                  "the range hold fewer than three distinct values, so the determinant of its "
+                  "equations is 0. The program ends.",
+                  "演算エラー：Antoine定数の当てはめでゼロ除算が起きました（推算温度範囲の温度が"
+                  "3つ以上の異なる値を持たないため、行列式が0です）。プログラムを終了します。"})));
+  }
   // y = c1 + c2 t + c3 (y t), the normal equations from the means over the 51 points.
   double st = 0, syt = 0, stt = 0, sytyt = 0, styt = 0, sy = 0, syy_t = 0, syyt = 0;
   for (int i = 1; i <= kGridPoints; ++i) {
@@ -332,20 +376,14 @@ void EstimateLatentHeat(SharedCalcState& s) {
                                 (0.4343 * std::log(pa) - 0.69377 + 0.89584 * tbr) /
                                 (0.37691 - 0.37306 * tbr + 0.15057 / (pa * tbr * tbr)),
                             "the latent heat at the boiling point");
-  ClearFit(p);
-  p.GridHasHv = {};
-  p.GridHvMin = 1e10;
-  p.GridHvMax = -1e10;
+  const GridCurve curve{p.GridHv, p.GridHasHv, p.GridHvMin, p.GridHvMax};
+  StartGridCurve(p, curve);
   for (int i = 1; i <= kGridPoints; ++i) {
     const double tr = p.GridTempK[i] / p.PropTc;
     if (tr >= 1) break;
     const double hv =
         Finite(s, std::pow((1 - tr) / (1 - tbr), 0.38) * hvb * 4.18605, "the latent heat");
-    p.GridHv[i] = hv;
-    p.GridHasHv[i] = true;
-    p.GridHvMin = std::min(p.GridHvMin, hv);
-    p.GridHvMax = std::max(p.GridHvMax, hv);
-    AddQuadraticPoint(p, p.GridTempK[i], hv);
+    KeepGridPoint(p, curve, i, hv);
   }
   FitInto(s, 3, p.PropHv, "the latent heat fit");
 }
@@ -359,10 +397,8 @@ void EstimateLiquidHeatCapacity(SharedCalcState& s, const PureComponentInput& in
   }
   const double bigR = in.CpL_R, bigK = in.CpL_K;
   const double omega = p.PropOmega;
-  ClearFit(p);
-  p.GridHasCpL = {};
-  p.GridCpLMin = 1e10;
-  p.GridCpLMax = -1e10;
+  const GridCurve curve{p.GridCpL, p.GridHasCpL, p.GridCpLMin, p.GridCpLMax};
+  StartGridCurve(p, curve);
   for (int i = 1; i <= kGridPoints; ++i) {
     const double tK = p.GridTempK[i];
     const double tr = tK / p.PropTc;
@@ -393,12 +429,7 @@ void EstimateLiquidHeatCapacity(SharedCalcState& s, const PureComponentInput& in
             bigK * bigK * (0.07264 * tr2 - 0.07055);
       if (tr > 0.8) cpl += 1.987 * std::exp(8.655 * tr - 8.385);
     }
-    cpl = Finite(s, cpl, "the liquid heat capacity");
-    p.GridCpL[i] = cpl;
-    p.GridHasCpL[i] = true;
-    p.GridCpLMin = std::min(p.GridCpLMin, cpl);
-    p.GridCpLMax = std::max(p.GridCpLMax, cpl);
-    AddQuadraticPoint(p, tK, cpl);
+    KeepGridPoint(p, curve, i, Finite(s, cpl, "the liquid heat capacity"));
   }
   FitInto(s, 3, p.PropCpL, "the liquid heat capacity fit");
 }
@@ -421,10 +452,8 @@ void EstimateLiquidDensity(SharedCalcState& s, const PureComponentInput& in) {
   } else {
     vsc = (0.292 - 0.0967 * omega) * (82.05 * tc / pc);
   }
-  ClearFit(p);
-  p.GridHasDen = {};
-  p.GridDenMin = 1e10;
-  p.GridDenMax = -1e10;
+  const GridCurve curve{p.GridDen, p.GridHasDen, p.GridDenMin, p.GridDenMax};
+  StartGridCurve(p, curve);
   for (int i = 1; i <= kGridPoints; ++i) {
     const double tK = p.GridTempK[i];
     const double tr = tK / tc;
@@ -446,12 +475,7 @@ void EstimateLiquidDensity(SharedCalcState& s, const PureComponentInput& in) {
       const double gamma = 0.29607 - 0.09045 * tr - 0.04842 * tr * tr;
       rho = mw / (vsc * v0 * (1 - omega * gamma));
     }
-    rho = Finite(s, rho, "the liquid density");
-    p.GridDen[i] = rho;
-    p.GridHasDen[i] = true;
-    p.GridDenMin = std::min(p.GridDenMin, rho);
-    p.GridDenMax = std::max(p.GridDenMax, rho);
-    AddQuadraticPoint(p, tK, rho);
+    KeepGridPoint(p, curve, i, Finite(s, rho, "the liquid density"));
   }
   FitInto(s, 3, p.PropDenPoly, "the liquid density fit");
 

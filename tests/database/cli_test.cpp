@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "common/cli_runner.h"
@@ -61,7 +63,15 @@ TEST_F(CliTest, SearchPairAndSaveTwice) {
   ASSERT_EQ(browse.status, 0);
   j = nlohmann::json::parse(browse.out);
   EXPECT_EQ(j["view"], "wilson");
-  EXPECT_EQ(j["rows"].size(), 1u);
+  ASSERT_EQ(j["rows"].size(), 1u);
+  // The Index is a whole number in the file and stays one in the answer (0, not 0.0).
+  const auto& columns = j["columns"];
+  const size_t indexColumn =
+      size_t(std::find(columns.begin(), columns.end(), "Index") - columns.begin());
+  ASSERT_LT(indexColumn, columns.size());
+  EXPECT_TRUE(j["rows"][0][indexColumn].is_number_integer());
+  EXPECT_EQ(j["rows"][0][indexColumn].dump(), "0");
+  EXPECT_EQ(j["rows"][0][5].get<double>(), 0.5);  // Lambda12
 
   std::string args = "--json db search antoine x --db '";
   args.append((dir_ / "none.mde").string()).append("'");

@@ -103,6 +103,14 @@ TEST_F(LookupTest, ComponentNullsLeaveTheCellsUntouched) {
   EXPECT_EQ(antoine.Text(3, 1), "H2O");
   EXPECT_FALSE(antoine.Text(3, 6).empty());
   EXPECT_FALSE(antoine.Text(3, 8).empty());
+
+  // The binary estimation program has no component grid: OK closes and writes nothing.
+  s_->ActiveProgram = 4;
+  CallerGrid other;
+  other.Cells[{1, 1}] = "Water";
+  d = ShowSubstanceLookup(*db_, *s_, LookupKind::Component, other);
+  ASSERT_EQ(LookupOk(*db_, *s_, d, other), OkResult::Closed);
+  EXPECT_TRUE(other.Written.empty());
 }
 
 TEST_F(LookupTest, EnthalpyAndHeatCapacityGoToTheActiveRow) {

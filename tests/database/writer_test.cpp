@@ -348,5 +348,67 @@ TEST_F(WriterTest, ReadersWhileSavesRunSeeOnlyWholeRows) {
   EXPECT_EQ(std::get<std::int64_t>(rows.Field(19, "Index")), 19);
 }
 
+TEST_F(WriterTest, AntoineSaveNumbersAfterTheLastAndRefusesTheSameConstants) {
+  const int before = Count("AntoineConstant");
+  AntoineSaveCase c;
+  c.Formula = "Ar";
+  c.Name = "Argon";
+  c.A = 6.9;
+  c.B = 350.25;
+  c.C = 274.5;
+  c.TempLow = -200;
+  c.TempHigh = -150;
+  auto r = SaveAntoineConstants(*db_, *s_, c);
+  EXPECT_EQ(r.outcome, SaveOutcome::Saved);
+  EXPECT_EQ(r.Index, 2);  // Argon stands with Index 0 and 1
+  ASSERT_FALSE(dialogs_.messages.empty());
+  EXPECT_EQ(dialogs_.messages.back(), "'Argon' のAntoine定数を保存しました。");
+  auto rows = db_->Query("SELECT * FROM [AntoineConstant] WHERE [Name] = 'Argon' AND [Index] = 2");
+  ASSERT_EQ(rows.RecordCount(), 1);
+  EXPECT_EQ(AsNumber(rows.Field(0, "Equation Type")), 1.0);
+  EXPECT_EQ(AsNumber(rows.Field(0, "TL")), -200.0);
+  EXPECT_EQ(AsNumber(rows.Field(0, "TU")), -150.0);
+  EXPECT_TRUE(IsNull(rows.Field(0, "Memo")));
+
+  // The same three constants again: the notice, nothing written.
+  r = SaveAntoineConstants(*db_, *s_, c);
+  EXPECT_EQ(r.outcome, SaveOutcome::Duplicate);
+  EXPECT_EQ(dialogs_.messages.back(), "'Argon' はすでに同じデータがある。！！");
+  EXPECT_EQ(Count("AntoineConstant"), before + 1);
+
+  // A substance missing from the critical constants: No, the default, ends the save.
+  c.Name = "Tervalium";
+  c.Formula = "Tv";
+  dialogs_.preparedAnswers.push_back(Answer::No);
+  r = SaveAntoineConstants(*db_, *s_, c);
+  EXPECT_EQ(r.outcome, SaveOutcome::Stopped);
+  EXPECT_EQ(dialogs_.messages.back(),
+            "Tervalium が臨界定数Databaseに登録されていません。登録しますか？");
+  EXPECT_EQ(Count("AntoineConstant"), before + 1);
+  // Yes opens the critical-constant form; a new name starts at Index 0.
+  dialogs_.preparedAnswers.push_back(Answer::Yes);
+  bool opened = false;
+  r = SaveAntoineConstants(*db_, *s_, c, [&](const std::string& name, const std::string& f) {
+    opened = name == "Tervalium" && f == "Tv";
+    return std::string("Tv2");
+  });
+  EXPECT_TRUE(opened);
+  EXPECT_EQ(r.outcome, SaveOutcome::Saved);
+  EXPECT_EQ(r.Index, 0);
+  rows = db_->Query("SELECT * FROM [AntoineConstant] WHERE [Name] = 'Tervalium'");
+  ASSERT_EQ(rows.RecordCount(), 1);
+  EXPECT_EQ(AsText(rows.Field(0, "Formula")), "Tv2");
+}
+
+TEST_F(WriterTest, AStoredPairWithoutIndexFailsTheLoad) {
+  ASSERT_EQ(LoadAndSave(NewWilsonCase()).outcome, SaveOutcome::Saved);
+  db_->Execute("UPDATE [Wilson Parameter] SET [Index] = NULL WHERE [Name1] = 'Argon'");
+  dialogs_.messages.clear();
+  auto f = LoadParameterSave(*db_, *s_, NewWilsonCase(0.5, 0.5));
+  EXPECT_TRUE(f.LoadFailed);
+  ASSERT_EQ(dialogs_.messages.size(), 1u);
+  EXPECT_EQ(dialogs_.messages[0], "ERROR: DataBase ｴﾗｰ!!");
+}
+
 }  // namespace
 }  // namespace tervale::db::testing

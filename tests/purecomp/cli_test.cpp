@@ -121,7 +121,7 @@ TEST_F(PureCompCli, BadCasesAreRefusedWithAClearMessage) {
   refused(c, "Lyman-Danner");
   c = Example();
   c["temp_low_c"] = c["temp_high_c"] = 50;
-  refused(c, "Pivot");
+  refused(c, "Antoine fit");
 
   const std::string garbage = (dir_ / "garbage.json").string();
   std::ofstream(garbage) << "{ not json";

@@ -1,7 +1,7 @@
 #include "regress/vle_statistics.h"
 
+#include <array>
 #include <cmath>
-#include <memory>
 
 #include "regress/vle_regression.h"
 #include "state/shared_state.h"
@@ -19,19 +19,59 @@ constexpr BiText kSingular{
     "errors are given.",
     "このデータでは 2 つのパラメータを区別できません（JᵀJ が特異）。標準誤差は求められません。"};
 
+constexpr double kLn10 = 2.30258509299405;
+
+// Bubble temperature (C) of the model's activity coefficients at the case pressure, and the
+// vapour fraction y1 there. Newton on ln(sum of partial pressures) in the variable
+// 1/(t + C), in which ln P° is nearly linear: from the measured temperature two passes give the
+// temperature to about 1e-12 C; the last step's effect on y1 is taken to first order. False
+// when it does not settle (the caller then takes the program's own bubble routine).
+bool BubbleTemperature(const VLEDataCase& c, double x, double g1, double g2, double t, double& y1,
+                       double& tOut) {
+  const double lnP = std::log(c.VLEPressure);
+  const double a1 = kLn10 * c.AntoineA[1], b1 = kLn10 * c.AntoineB[1];
+  const double a2 = kLn10 * c.AntoineA[2], b2 = kLn10 * c.AntoineB[2];
+  const double cm = 0.5 * (c.AntoineC[1] + c.AntoineC[2]);
+  for (int round = 0; round < 60; ++round) {
+    const double c1 = t + c.AntoineC[1], c2 = t + c.AntoineC[2];
+    const double p1 = x * g1 * std::exp(a1 - b1 / c1);
+    const double p2 = (1 - x) * g2 * std::exp(a2 - b2 / c2);
+    const double sum = p1 + p2;
+    const double s1 = b1 / (c1 * c1), s2 = b2 / (c2 * c2);  // d ln P° / dt
+    const double dtNewton = -(std::log(sum) - lnP) * sum / (p1 * s1 + p2 * s2);
+    const double tc = t + cm;
+    double step = tc / (1 - dtNewton / tc) - tc;
+    if (!std::isfinite(step)) return false;
+    if (step > 20) step = 20;
+    if (step < -20) step = -20;
+    if (std::fabs(step) < 1e-3) {
+      const double q1 = p1 * (1 + s1 * step), q2 = p2 * (1 + s2 * step);
+      y1 = q1 / (q1 + q2);
+      tOut = t + step;
+      return std::isfinite(y1);
+    }
+    t += step;
+  }
+  return false;
+}
+
 }  // namespace
 
 VLEStatistics CalcVLEStatistics(SharedCalcState& s) {
   VLEStatistics st;
   auto say = [&](const BiText& text) { st.messages.emplace_back(text.Pick(s.LanguageFlag)); };
-  // Every evaluation below writes work arrays of the case: keep the case and put it back.
-  const auto kept = std::make_unique<VLEDataCase>(s.VLE);
+  // The evaluations below write the parameters, the start temperatures, the residuals and the
+  // vapour fractions of the case: keep those and put them back.
   VLEDataCase& c = s.VLE;
+  const std::array<double, 3> keptParameters = RegressedParameters(c);
+  const auto keptCalcTemp = c.CalcTemp;
+  const auto keptResiduals = c.ResidualVector;
+  const double keptY1 = c.VaporY1, keptY2 = c.VaporY2;
 
   const int m = VLEResidualCount(c);
   st.residualCount = m;
   if (m > 0) {
-    std::vector<double> r0(m + 1), jac1(m + 1), jac2(m + 1);
+    std::array<double, kVLEMaxResiduals + 1> r0, jac1, jac2;
     st.sumOfSquares = CalcObjectiveSum(s);
     for (int i = 1; i <= m; ++i) r0[i] = c.ResidualVector[i];
     std::array<double, 3> p = RegressedParameters(c);
@@ -41,7 +81,7 @@ VLEStatistics CalcVLEStatistics(SharedCalcState& s) {
       q[k] += kStep;
       StoreRegressedParameters(s, q);
       CalcObjectiveSum(s);
-      std::vector<double>& jac = k == 1 ? jac1 : jac2;
+      auto& jac = k == 1 ? jac1 : jac2;
       for (int i = 1; i <= m; ++i) {
         jac[i] = (c.ResidualVector[i] - r0[i]) / kStep;
         finite = finite && std::isfinite(jac[i]);
@@ -75,6 +115,7 @@ VLEStatistics CalcVLEStatistics(SharedCalcState& s) {
   const bool isobaric = c.TPType == 0;
   const int n = c.NVLEData;
   double sy = 0, ay = 0, stp = 0, atp = 0;
+  st.residuals.reserve(n);
   for (int i = 1; i <= n; ++i) {
     VLEResidualRow row;
     row.x = c.DataX[i];
@@ -82,15 +123,20 @@ VLEStatistics CalcVLEStatistics(SharedCalcState& s) {
     double g1 = 0, g2 = 0;
     CalcActivityCoeff(s, row.x, g1, g2);
     if (isobaric) {
-      const double t = CalcBubbleTempFromGamma(s, c.DataTemp[i], row.x, g1, g2);
+      double t = 0, y1 = 0;
+      if (!BubbleTemperature(c, row.x, g1, g2, c.DataTemp[i], y1, t)) {
+        t = CalcBubbleTempFromGamma(s, c.DataTemp[i], row.x, g1, g2);
+        y1 = c.VaporY1 / (c.VaporY1 + c.VaporY2);
+      }
+      row.yCalculated = y1;
       row.tpMeasured = VLETemperatureToCaseUnit(s, c.DataTemp[i]);
       row.tpCalculated = VLETemperatureToCaseUnit(s, t);
     } else {
       const double p = CalcBubblePressFromGamma(s, c.VLETemperature, row.x, g1, g2);
       row.tpMeasured = VLEPressureToCaseUnit(s, c.DataPress[i]);
       row.tpCalculated = VLEPressureToCaseUnit(s, p);
+      row.yCalculated = c.VaporY1;
     }
-    row.yCalculated = c.VaporY1;
     row.dy = row.yMeasured - row.yCalculated;
     row.dtp = row.tpMeasured - row.tpCalculated;
     sy += row.dy * row.dy;
@@ -105,7 +151,11 @@ VLEStatistics CalcVLEStatistics(SharedCalcState& s) {
     st.rmsdTP = std::sqrt(stp / n);
     st.aadTP = atp / n;
   }
-  s.VLE = *kept;
+  StoreRegressedParameters(s, keptParameters);
+  c.CalcTemp = keptCalcTemp;
+  c.ResidualVector = keptResiduals;
+  c.VaporY1 = keptY1;
+  c.VaporY2 = keptY2;
   return st;
 }
 

@@ -5,6 +5,8 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -181,6 +183,61 @@ TEST_F(BeyondCli, TheUnifacDiagramReportsItsAzeotropes) {
   EXPECT_EQ(j.at("azeotropes")[0].at("kind"), "minimum-boiling");
   EXPECT_NEAR(j.at("azeotropes")[0].at("x1").get<double>(), 0.4, 0.05);
   EXPECT_NEAR(j.at("azeotropes")[0].at("tp").get<double>(), j.at("t_min").get<double>(), 0.01);
+}
+
+}  // namespace
+
+namespace {
+
+std::string ReadAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+TEST_F(BeyondCli, PairsListsAndFillsTheMissingPairsOfAColumnCase) {
+  if (!fs::exists(fs::path(TERVALE_BIN_DIR) / "Masterd$.mde"))
+    GTEST_SKIP() << "the property database is not built";
+  ASSERT_EQ(RunCli(cli_, "example column 1 -o " + P("c.dat")).status, 0);
+  const std::string original = ReadAll(P("c.dat"));
+  // "Distillation Data" belongs to two programs: the command asks which
+  EXPECT_EQ(RunCli(cli_, "pairs " + P("c.dat")).status, 2);
+  EXPECT_NE(RunCli(cli_, "pairs " + P("c.dat") + " --program nonsense").status, 0);
+
+  Json j = RunJson("pairs " + P("c.dat") + " --program column");
+  EXPECT_EQ(j.at("method"), "wilson");
+  ASSERT_EQ(j.at("pairs").size(), 3u);
+  const Json& first = j.at("pairs")[0];
+  EXPECT_EQ(first.at("i"), 1);
+  EXPECT_EQ(first.at("j"), 2);
+  EXPECT_EQ(first.at("name1"), "Methanol");
+  EXPECT_EQ(first.at("name2"), "Ethanol");
+  EXPECT_EQ(first.at("stored"), true);
+  EXPECT_EQ(first.at("index"), 0);
+  EXPECT_EQ(first.at("filled"), false);
+  EXPECT_EQ(j.at("pairs")[2].at("stored"), false);
+  EXPECT_TRUE(j.at("pairs")[2].at("index").is_null());
+
+  // filling needs an output file, and never touches the input
+  EXPECT_EQ(RunCli(cli_, "pairs " + P("c.dat") + " --program column --fill-from-db").status, 2);
+  Json f = RunJson("pairs " + P("c.dat") + " --program column --fill-from-db -o " + P("c2.dat"));
+  EXPECT_EQ(f.at("pairs")[0].at("filled"), true);
+  EXPECT_EQ(f.at("output"), P("c2.dat"));
+  EXPECT_EQ(ReadAll(P("c.dat")), original);
+  const std::string filled = ReadAll(P("c2.dat"));
+  // the seed's methanol-ethanol row: Lambda12 = 1.5851 to [2][1], Lambda21 = 0.563015 to [1][2]
+  EXPECT_NE(filled.find("1,0.563015,1,1"), std::string::npos);
+  EXPECT_NE(filled.find("1.5851,1,"), std::string::npos);
+  Json after = RunJson("pairs " + P("c2.dat") + " --program column");
+  ASSERT_EQ(after.at("pairs").size(), 2u);
+  EXPECT_EQ(after.at("pairs")[0].at("name2"), "1-Propanol");
+
+  // CSV of the list
+  CliRun csv = RunCli(cli_, "pairs " + P("c.dat") + " --program column --csv");
+  bool wellFormed = false;
+  auto rows = ParseCsv(csv.out.substr(3), wellFormed);
+  EXPECT_TRUE(wellFormed);
+  ASSERT_EQ(rows.size(), 4u);
+  EXPECT_EQ(rows[1][2], "Methanol");
 }
 
 }  // namespace

@@ -1,14 +1,16 @@
-// tervale-cli pairs: the binary pairs of a multicomponent case still at their default Wilson or
-// NRTL parameters, whether the property database holds them, and filling them from it.
+// tervale-cli pairs: the binary pairs of a flash, column or batch case still at their default
+// Wilson or NRTL parameters, whether the property database holds them, and filling them from it.
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
 
+#include "batch/batch_data.h"
 #include "cli/command_registry.h"
 #include "column/column_case.h"
 #include "database/missing_pairs.h"
 #include "database/property_db.h"
+#include "flash/flash_program.h"
 
 namespace tervale::cli {
 namespace {
@@ -26,15 +28,24 @@ struct PairsOptions {
 // A program whose case files the command reads and writes.
 struct CaseProgram {
   std::string name;
-  std::string magic;  // first line of its files
-  int activeProgram = 0;
+  std::string magic;      // first line of its files
+  int activeProgram = 0;  // the menu's number of the program
   std::function<bool(SharedCalcState&, const fs::path&)> read;
   std::function<void(SharedCalcState&, const fs::path&)> write;
 };
 
 const std::vector<CaseProgram>& Programs() {
   static const std::vector<CaseProgram> list = {
-      {"column", "Distillation Data", 2,
+      {"flash", "Distillation Data", 2,
+       [](SharedCalcState& s, const fs::path& p) {
+         ReadFlashFile(s, p);
+         return true;
+       },
+       [](SharedCalcState& s, const fs::path& p) { WriteFlashFile(s, p); }},
+      {"batch", kBatchFileMagic, 1,
+       [](SharedCalcState& s, const fs::path& p) { return ReadBatchCase(s, p, false); },
+       [](SharedCalcState& s, const fs::path& p) { WriteBatchCase(s, p); }},
+      {"column", "Distillation Data", 0,
        [](SharedCalcState& s, const fs::path& p) { return ReadColumnFile(s, p.string()); },
        [](SharedCalcState& s, const fs::path& p) { WriteColumnFile(s, p.string()); }},
   };

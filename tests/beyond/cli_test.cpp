@@ -241,3 +241,61 @@ TEST_F(BeyondCli, PairsListsAndFillsTheMissingPairsOfAColumnCase) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(BeyondCli, PairsReadsAndWritesFlashAndBatchCasesToo) {
+  if (!fs::exists(fs::path(TERVALE_BIN_DIR) / "Masterd$.mde"))
+    GTEST_SKIP() << "the property database is not built";
+  ASSERT_EQ(RunCli(cli_, "example flash 1 -o " + P("f.dat")).status, 0);
+  // a flash case is not a column case: the column reader refuses it
+  EXPECT_EQ(RunCli(cli_, "pairs " + P("f.dat") + " --program column").status, 2);
+  Json f = RunJson("pairs " + P("f.dat") + " --program flash --fill-from-db -o " + P("f2.dat"));
+  EXPECT_EQ(f.at("program"), "flash");
+  ASSERT_EQ(f.at("pairs").size(), 3u);
+  EXPECT_EQ(f.at("pairs")[0].at("filled"), true);
+  EXPECT_EQ(RunJson("pairs " + P("f2.dat") + " --program flash").at("pairs").size(), 2u);
+
+  ASSERT_EQ(RunCli(cli_, "example batch 1 -o " + P("b.dat")).status, 0);
+  Json b = RunJson("pairs " + P("b.dat") + " --fill-from-db -o " + P("b2.dat"));  // own magic
+  EXPECT_EQ(b.at("program"), "batch");
+  ASSERT_EQ(b.at("pairs").size(), 1u);
+  EXPECT_EQ(b.at("pairs")[0].at("name2"), "Ethanol");
+  EXPECT_EQ(b.at("pairs")[0].at("filled"), true);
+  EXPECT_TRUE(RunJson("pairs " + P("b2.dat")).at("pairs").empty());
+  // not a case of these programs
+  ASSERT_EQ(RunCli(cli_, "example vle 1 -o " + P("v.dat")).status, 0);
+  EXPECT_EQ(RunCli(cli_, "pairs " + P("v.dat")).status, 2);
+}
+
+TEST_F(BeyondCli, SecondBatchExampleIsTheFirstInJoulesWithTheLargeDutyAndFillsItsTanks) {
+  ASSERT_EQ(RunCli(cli_, "example batch -o " + P("b1.dat")).status, 0);
+  ASSERT_EQ(RunCli(cli_, "example batch 1 -o " + P("b1b.dat")).status, 0);
+  ASSERT_EQ(RunCli(cli_, "example batch 2 -o " + P("b2.dat")).status, 0);
+  EXPECT_NE(RunCli(cli_, "example batch 3 -o " + P("b3.dat")).status, 0);
+  std::string first = ReadAll(P("b1.dat"));
+  EXPECT_EQ(first, ReadAll(P("b1b.dat")));
+  // the two edits of the file a user would make
+  auto replace = [&](const std::string& from, const std::string& to) {
+    const size_t at = first.find(from);
+    ASSERT_NE(at, std::string::npos) << from;
+    first.replace(at, from.size(), to);
+  };
+  replace("3,10,2,1,2,1,0,1,3,2,1", "3,10,2,1,2,1,0,1,3,1,1");
+  replace("238.8886898149807", "1e+06");
+  EXPECT_EQ(first, ReadAll(P("b2.dat")));
+
+  CliRun r = RunCli(cli_, "batch " + P("b2.dat") + " --data-dir " + P("out") + " --json");
+  ASSERT_EQ(r.status, 0);
+  Json j = Json::parse(r.out);
+  EXPECT_EQ(j.at("end"), "tanks-exhausted");
+  EXPECT_GT(j.at("steps").at("product").get<long long>(), 0);
+  ASSERT_EQ(j.at("tanks").size(), 2u);
+  for (const Json& tank : j.at("tanks")) {
+    double content = 0;
+    for (const Json& c : tank.at("content")) content += c.get<double>();
+    EXPECT_GT(content, 1.0);
+  }
+}
+
+}  // namespace

@@ -114,6 +114,20 @@ int RunBatch(CliContext& ctx, const std::string& file, bool cont, long long stop
   CliBatchObserver observer(stopAfter);
   BatchRunResult r = RunBatchCalculation(s, &observer);
   const auto& b = s.Batch;
+  if (ctx.csv) {
+    // the tanks as a table: time, then the content of each component
+    io::ReportTable t;
+    t.view = "tanks";
+    t.columns = {"tank", "time"};
+    for (int j = 1; j <= s.NC; ++j) t.columns.push_back(s.Comp.CompName[j] + " (Kgmol)");
+    for (int k = 0; k < r.tankCount; ++k) {
+      std::vector<io::Cell> row{static_cast<double>(k + 1), r.tanks[k].time};
+      for (int j = 1; j <= s.NC; ++j) row.emplace_back(r.tanks[k].content[j]);
+      t.rows.push_back(std::move(row));
+    }
+    PrintTable(ctx, t);
+    return 0;
+  }
   if (!ctx.json) {
     std::cout << "end: " << BatchRunEndName(r.end) << '\n';
     std::cout << "steps: total reflux " << r.totalRefluxSteps << ", product " << r.productSteps

@@ -299,3 +299,45 @@ TEST_F(BeyondCli, SecondBatchExampleIsTheFirstInJoulesWithTheLargeDutyAndFillsIt
 }
 
 }  // namespace
+
+namespace {
+
+// Every cell of a CSV body as a number, compared with the JSON's.
+void ExpectSameNumber(const std::string& cell, double expected) {
+  double v = 0;
+  ASSERT_TRUE(tervale::io::ParseNumber(cell, v)) << cell;
+  EXPECT_EQ(v, expected);
+}
+
+TEST_F(BeyondCli, CsvOfTheFlashAntoineAndBatchTablesReadsBackToTheSameNumbers) {
+  ASSERT_EQ(RunCli(cli_, "example flash 1 -o " + P("f.dat")).status, 0);
+  Json j = RunJson("flash " + P("f.dat") + " --calc flash");
+  CliRun csv = RunCli(cli_, "flash " + P("f.dat") + " --calc flash --csv");
+  ASSERT_EQ(csv.status, 0);
+  ASSERT_EQ(csv.out.rfind("\xEF\xBB\xBF", 0), 0u);
+  bool wellFormed = false;
+  auto rows = ParseCsv(csv.out.substr(3), wellFormed);
+  EXPECT_TRUE(wellFormed);
+  ASSERT_EQ(rows.size(), j.at("components").size() + 1);
+  EXPECT_EQ(rows[0], (std::vector<std::string>{"component", "y", "x", "k", "gamma"}));
+  for (size_t i = 1; i < rows.size(); ++i) {
+    EXPECT_EQ(rows[i][0], j.at("components")[i - 1]);
+    ExpectSameNumber(rows[i][1], j.at("y")[i - 1].get<double>());
+    ExpectSameNumber(rows[i][2], j.at("x")[i - 1].get<double>());
+    ExpectSameNumber(rows[i][3], j.at("k")[i - 1].get<double>());
+  }
+
+  ASSERT_EQ(RunCli(cli_, "example antoine -o " + P("a.json")).status, 0);
+  Json a = RunJson("antoine " + P("a.json"));
+  CliRun acsv = RunCli(cli_, "antoine " + P("a.json") + " --csv");
+  rows = ParseCsv(acsv.out.substr(3), wellFormed);
+  EXPECT_TRUE(wellFormed);
+  ASSERT_EQ(rows.size(), a.at("rows").size() + 1);
+  for (size_t i = 1; i < rows.size(); ++i) {
+    ExpectSameNumber(rows[i][2], a.at("rows")[i - 1].at("A").get<double>());
+    ExpectSameNumber(rows[i][3], a.at("rows")[i - 1].at("B").get<double>());
+    ExpectSameNumber(rows[i][4], a.at("rows")[i - 1].at("C").get<double>());
+  }
+}
+
+}  // namespace

@@ -1,6 +1,7 @@
 #include "batch/batch_data.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "state/shared_state.h"
@@ -260,6 +261,14 @@ BatchCheckResult CheckBatchGoCalc(SharedCalcState& s) {
   }
   if (b.TRefluxConvLimit == 0 || b.DiffTime == 0 || b.MaxOpeTime == 0 || b.SaveInterval == 0) {
     return refuse("Calculation condition does not input", "計算条件が入力されていません。");
+  }
+  // A step, an end time or a save interval that is negative or no number would never let the
+  // clock reach its end (a negative step runs backwards for ever): refused before the run.
+  auto usable = [](double v) { return std::isfinite(v) && v > 0; };
+  if (!usable(b.TRefluxConvLimit) || !usable(b.DiffTime) || !usable(b.MaxOpeTime) ||
+      !usable(b.SaveInterval)) {
+    return refuse("Calculation condition must be positive numbers",
+                  "計算条件は正の数で入力してください。");
   }
   // The tank table holds five rows; a file cannot bring more, but a case built in memory could.
   if (b.BatchOpeType > 1 && (b.TankChangeCount < 0 || b.TankChangeCount > kMaxTankRows - 1)) {

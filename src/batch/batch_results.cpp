@@ -212,9 +212,13 @@ io::ReportTable BatchTankTable(SharedCalcState& s) {
       mol += content[j - 1];
       kg += content[j - 1] * s.Comp.CompMW[j];
     }
-    for (int j = 1; j <= nc; ++j) row.emplace_back(content[j - 1] / mol);
+    // A tank closed before anything reached it (a stop while the draw stood at 0) has no
+    // fractions: empty cells, never a quotient of zeros.
     for (int j = 1; j <= nc; ++j) {
-      if (mwKnown) {
+      row.emplace_back(mol != 0 ? io::Cell(content[j - 1] / mol) : io::Cell());
+    }
+    for (int j = 1; j <= nc; ++j) {
+      if (mwKnown && kg != 0) {
         row.emplace_back(content[j - 1] * s.Comp.CompMW[j] / kg);
       } else {
         row.emplace_back(std::monostate{});

@@ -110,17 +110,8 @@ int RunColumn(CliContext& ctx, const std::string& file, bool cont) {
     if (!ctx.csv)
       std::cout << (r.converged ? "converged" : "not converged") << " after " << r.passes
                 << " passes\n";
-    io::ReportTable t;
-    t.view = "trays";
-    t.columns = {"Tray", "T(C)", "P(MPa)", "L", "V"};
-    for (int i = 1; i <= s.NC; ++i) t.columns.push_back("x " + s.Comp.CompName[i]);
-    for (int j = 1; j <= s.NTray; ++j) {
-      std::vector<io::Cell> row{static_cast<double>(j), s.Column.TrayT[j], s.Column.TrayP[j],
-                                s.Column.TrayL[j], s.Column.TrayV[j]};
-      for (int i = 1; i <= s.NC; ++i) row.push_back(s.Column.TrayX[j][i]);
-      t.rows.push_back(std::move(row));
-    }
-    PrintTable(ctx, t);
+    // the tray table as the result screen first shows it: liquid, in the user's units
+    PrintTable(ctx, ColumnTrayTable(s, TrayView::LiquidMol));
     if (s.EnthalpyMethod >= 1 && !ctx.csv)
       std::cout << "Condenser duty " << io::FormatShortest(d.Condenser) << "\nReboiler duty "
                 << io::FormatShortest(d.Reboiler) << '\n';
@@ -138,6 +129,8 @@ int Report(CliContext& ctx, const std::string& file, const std::string& view) {
   if (s.Column.CalcFinished != 1)
     return Refuse(ctx, s.LanguageFlag == 1 ? "The file holds no calculation results"
                                            : "ファイルに計算結果がありません。");
+  // a tray number outside the column would send the tables outside the tray arrays
+  if (std::string m = CheckColumnTrayNumbers(s); !m.empty()) return Refuse(ctx, m);
   io::ReportTable t;
   static const std::map<std::string, TrayView> trays{{"tray-liquid-mol", TrayView::LiquidMol},
                                                      {"tray-vapour-mol", TrayView::VaporMol},

@@ -219,6 +219,23 @@ std::string ShowFileNameText(const std::string& path) {
   return (cut == std::string::npos ? path : path.substr(cut + 1)) + " ";
 }
 
+std::string CheckColumnTrayNumbers(const SharedCalcState& s) {
+  const auto& c = s.Column;
+  if (s.NTray < 1)
+    return s.LanguageFlag == 1 ? "The column needs at least 2 theoretical plates"
+                               : "理論段数は2段以上必要です。";
+  // the solver handles a feed on tray 1, so only trays outside the column are refused here
+  for (int f = 1; f <= s.NFeed; ++f)
+    if (c.FeedTray[f] < 1 || c.FeedTray[f] > s.NTray) return CheckFeedLocation(s, c.FeedTray[f]);
+  for (int k = 1; k <= s.NSideLiq; ++k)
+    if (c.LiqSideTray[k] < 1 || c.LiqSideTray[k] > s.NTray)
+      return CheckLiqSideCut(s, c.LiqSideTray[k], c.LiqSideFlow[k]);
+  for (int k = 1; k <= s.NSideVap; ++k)
+    if (c.VapSideTray[k] < 1 || c.VapSideTray[k] > s.NTray)
+      return CheckVapSideCut(s, c.VapSideTray[k], c.VapSideFlow[k]);
+  return {};
+}
+
 std::string CheckColumnRunnable(const SharedCalcState& s) {
   const auto& c = s.Column;
   const bool en = s.LanguageFlag == 1;
@@ -229,15 +246,7 @@ std::string CheckColumnRunnable(const SharedCalcState& s) {
   if (s.NTray < 2)
     return en ? "The column needs at least 2 theoretical plates" : "理論段数は2段以上必要です。";
   if (s.NFeed <= 0) return en ? "No Feed" : "フィード量が入力されていません。";
-  // the solver handles a feed on tray 1, so only trays outside the column are refused here
-  for (int f = 1; f <= s.NFeed; ++f)
-    if (c.FeedTray[f] < 1 || c.FeedTray[f] > s.NTray) return CheckFeedLocation(s, c.FeedTray[f]);
-  for (int k = 1; k <= s.NSideLiq; ++k)
-    if (c.LiqSideTray[k] < 1 || c.LiqSideTray[k] > s.NTray)
-      return CheckLiqSideCut(s, c.LiqSideTray[k], c.LiqSideFlow[k]);
-  for (int k = 1; k <= s.NSideVap; ++k)
-    if (c.VapSideTray[k] < 1 || c.VapSideTray[k] > s.NTray)
-      return CheckVapSideCut(s, c.VapSideTray[k], c.VapSideFlow[k]);
+  if (std::string m = CheckColumnTrayNumbers(s); !m.empty()) return m;
   double total = 0;
   for (int f = 1; f <= s.NFeed; ++f) total += c.FeedFlow[f];
   if (total <= 0) return en ? "No Feed" : "フィード量が入力されていません。";

@@ -118,6 +118,9 @@ void RefreshColumnSummary(SharedCalcState& s);
 // plus one blank.
 std::string ShowFileNameText(const std::string& path);
 
+// Every feed and side-cut tray inside the column (1..NTray, NTray at least 1): what the result
+// tables need of a case read from a file. Empty when they all are.
+std::string CheckColumnTrayNumbers(const SharedCalcState& s);
 // What the Go button checks, plus the guards a case from a file needs so that the solver never
 // indexes outside the column (counts, tray numbers, feed). Empty when the case can run.
 std::string CheckColumnRunnable(const SharedCalcState& s);

@@ -3,6 +3,7 @@
 
 #include "column/column_case.h"
 #include "io/field_reader.h"
+#include "io/matrix_records.h"
 #include "io/record_writer.h"
 #include "state/errors.h"
 #include "state/shared_state.h"
@@ -87,13 +88,10 @@ void ReadCaseItems(io::FieldReader& r, SharedCalcState& t) {
     p.CpC[i] = r.ReadDouble("CpC");
     p.CpD[i] = r.ReadDouble("CpD");
   }
-  for (int i = 1; i <= n; ++i)
-    for (int j = 1; j <= n; ++j) t.Bin.WilsonLambda[i][j] = r.ReadDouble("WilsonLambda");
-  for (int i = 1; i <= n; ++i)
-    for (int j = 1; j <= n; ++j) t.Bin.NrtlTau[i][j] = r.ReadDouble("NrtlTau");
+  io::ReadMatrixRows(r, t.Bin.WilsonLambda, n, "WilsonLambda");
+  io::ReadMatrixRows(r, t.Bin.NrtlTau, n, "NrtlTau");
   t.Bin.NrtlAlpha = r.ReadDouble("NrtlAlpha");
-  for (int i = 1; i <= n; ++i)
-    for (int j = 1; j <= n; ++j) t.Bin.KijMatrix[i][j] = r.ReadDouble("KijMatrix");
+  io::ReadMatrixRows(r, t.Bin.KijMatrix, n, "KijMatrix");
   c.TopLiquidFlow = r.ReadDouble("TopLiquidFlow");
   c.TopVaporFlow = r.ReadDouble("TopVaporFlow");
   c.RefluxRatio = r.ReadDouble("RefluxRatio");
@@ -227,16 +225,10 @@ std::string ColumnFileText(const SharedCalcState& s) {
     w.Num(p.HVapA[i]).Num(p.HVapB[i]).Num(p.HVapC[i]).EndLine();
   }
   for (int i = 1; i <= n; ++i) w.Num(p.CpA[i]).Num(p.CpB[i]).Num(p.CpC[i]).Num(p.CpD[i]).EndLine();
-  auto matrix = [&](const CompMatrix& m) {
-    for (int i = 1; i <= n; ++i) {
-      for (int j = 1; j <= n; ++j) w.Num(m[i][j]);
-      w.EndLine();
-    }
-  };
-  matrix(s.Bin.WilsonLambda);
-  matrix(s.Bin.NrtlTau);
+  io::WriteMatrixRows(w, s.Bin.WilsonLambda, n);
+  io::WriteMatrixRows(w, s.Bin.NrtlTau, n);
   w.Num(s.Bin.NrtlAlpha).EndLine();
-  matrix(s.Bin.KijMatrix);
+  io::WriteMatrixRows(w, s.Bin.KijMatrix, n);
   w.Num(c.TopLiquidFlow).Num(c.TopVaporFlow).Num(c.RefluxRatio).Num(c.TopTempGuess);
   w.Num(c.BottomTempGuess).Num(c.TopPress).Num(c.BottomPress).EndLine();
   for (int j = 1; j <= s.NTray; ++j) w.Num(c.TrayPressInput[j]).EndLine();

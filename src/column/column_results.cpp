@@ -7,6 +7,7 @@
 #include "column/column_case.h"
 #include "io/display_format.h"
 #include "state/shared_state.h"
+#include "state/unit_labels.h"
 #include "state/units.h"
 
 namespace tervale {
@@ -45,6 +46,13 @@ ProductSums SumProducts(const SharedCalcState& s) {
   return p;
 }
 
+// (in - out) / in * 100; blank when nothing comes in (a component the feeds lack, or the heat
+// of a method whose enthalpies are all 0), rather than a division by zero.
+io::Cell Percent(double in, double out) {
+  if (in == 0) return std::monostate{};
+  return (in - out) / in * 100;
+}
+
 double MeanMW(const SharedCalcState& s, const CompArray& x) {
   double m = 0;
   for (int i = 1; i <= s.NC; ++i) m += x[i] * s.Comp.CompMW[i];
@@ -79,7 +87,7 @@ io::ReportTable ColumnBalanceTable(SharedCalcState& s) {
     for (int i = 1; i <= s.NC; ++i) in[i] += c.FeedFlow[f] * c.FeedComp[f][i];
   const ProductSums p = SumProducts(s);
   auto row = [&](std::string name, double a, double b) {
-    t.rows.push_back({name, a, b, a - b, (a - b) / a * 100});
+    t.rows.push_back({name, a, b, a - b, Percent(a, b)});
   };
   double molIn = 0, molOut = 0, wtIn = 0, wtOut = 0;
   for (int i = 1; i <= s.NC; ++i) {
@@ -97,9 +105,8 @@ io::ReportTable ColumnBalanceTable(SharedCalcState& s) {
     const double hin = ConvHeatToDisplay(s, d.HeatIn);
     const double hout = ConvHeatToDisplay(s, d.HeatOut);
     const double hdiff = ConvHeatToDisplay(s, d.HeatIn - d.HeatOut);
-    t.rows.push_back(
-        {T(s, "Heat", "熱量"), hin, hout, hdiff, (d.HeatIn - d.HeatOut) / d.HeatIn * 100});
-    const std::string unit = s.Unit.HeatUnit == 1 ? "J" : "Kcal";
+    t.rows.push_back({T(s, "Heat", "熱量"), hin, hout, hdiff, Percent(d.HeatIn, d.HeatOut)});
+    const std::string unit(HeatUnitLabel(s));
     t.rows.push_back(
         {T(s, "Heat Duty Condenser", "熱負荷 コンデンサー") + std::string("( ") + unit + " )",
          d.Condenser, std::monostate{}, std::monostate{}, std::monostate{}});
@@ -118,7 +125,9 @@ io::ReportTable ColumnTrayTable(SharedCalcState& s, TrayView view) {
   static const char* names[] = {"tray-liquid-mol", "tray-vapour-mol", "tray-liquid-wt",
                                 "tray-vapour-wt"};
   t.view = names[static_cast<int>(view)];
-  t.columns = {T(s, "Tray", "段"), T(s, "Temp ", "温度 "), T(s, "Press ", "圧力 "),
+  // the temperature and pressure headings carry the unit label, as on the screen
+  t.columns = {T(s, "Tray", "段"), T(s, "Temp ", "温度 ") + std::string(TempUnitLabel(s)),
+               T(s, "Press ", "圧力 ") + std::string(PressUnitLabel(s)),
                weight ? T(s, "Flow(Kg/H)", "流量(Kg/H)") : T(s, "Flow(Kgmol/H)", "流量(Kgmol/H)"),
                weight ? T(s, "Enthalpy(Cal/g)", "ｴﾝﾀﾙﾋﾟｰ(Cal/g)")
                       : T(s, "Enthalpy(Cal/mol)", "ｴﾝﾀﾙﾋﾟｰ(Cal/mol)")};
@@ -158,7 +167,8 @@ io::ReportTable ColumnProductTable(SharedCalcState& s, ProductView view) {
     CompArray x;
   };
   std::vector<Col> cols;
-  const ProductLists p = MakeProductLists(s);
+  // the lists built when the run started: inputs edited since then don't change the results
+  const ProductLists& p = c.Products;
   if (view == ProductView::FeedMol || view == ProductView::FeedWt) {
     for (int f = 1; f <= s.NFeed; ++f)
       cols.push_back({c.FeedTray[f], c.FeedTemp[f], c.FeedPress[f], c.FeedFlow[f],
@@ -180,8 +190,8 @@ io::ReportTable ColumnProductTable(SharedCalcState& s, ProductView view) {
   t.columns.push_back("");
   for (const Col& col : cols) t.columns.push_back(std::to_string(col.tray) + " # ");
   std::vector<std::vector<io::Cell>> rows(4 + s.NC);
-  rows[0].push_back(T(s, "Temp ", "温度 "));
-  rows[1].push_back(T(s, "Press ", "圧力 "));
+  rows[0].push_back(T(s, "Temp ", "温度 ") + std::string(TempUnitLabel(s)));
+  rows[1].push_back(T(s, "Press ", "圧力 ") + std::string(PressUnitLabel(s)));
   rows[2].push_back(T(s, "Flow", "流量"));
   rows[3].push_back(T(s, "Enthalpy", "エンタルピー"));
   for (int i = 1; i <= s.NC; ++i) rows[3 + i].push_back(s.Comp.CompName[i]);

@@ -5,6 +5,7 @@
 #include "flash/flash_engine.h"
 #include "io/display_format.h"
 #include "io/field_reader.h"
+#include "io/matrix_records.h"
 #include "io/record_writer.h"
 #include "state/errors.h"
 #include "state/shared_state.h"
@@ -208,16 +209,10 @@ std::string FlashFileText(const SharedCalcState& s) {
     w.Num(c.HLiqA[i]).Num(c.HLiqB[i]).Num(c.HLiqC[i]);
     w.Num(c.HVapA[i]).Num(c.HVapB[i]).Num(c.HVapC[i]).EndLine();
   }
-  auto matrix = [&](const CompMatrix& m) {
-    for (int i = 1; i <= n; ++i) {
-      for (int j = 1; j <= n; ++j) w.Num(m[i][j]);
-      w.EndLine();
-    }
-  };
-  matrix(s.Bin.WilsonLambda);
-  matrix(s.Bin.NrtlTau);
+  io::WriteMatrixRows(w, s.Bin.WilsonLambda, n);
+  io::WriteMatrixRows(w, s.Bin.NrtlTau, n);
   w.Num(s.Bin.NrtlAlpha).EndLine();
-  matrix(s.Bin.KijMatrix);
+  io::WriteMatrixRows(w, s.Bin.KijMatrix, n);
   w.Int(s.Unit.TempUnit).Int(s.Unit.PressUnit).Int(s.Unit.HeatUnit);
   w.Int(s.KValueMethod).Int(s.EnthalpyMethod).EndLine();
   w.Num(f.FlashTemp).Num(f.FlashPress).EndLine();
@@ -292,14 +287,10 @@ void ReadFlashFile(SharedCalcState& s, const std::filesystem::path& path) {
     d->hvb[i] = r.ReadDouble("HVapB");
     d->hvc[i] = r.ReadDouble("HVapC");
   }
-  auto matrix = [&](CompMatrix& m, const char* what) {
-    for (int i = 1; i <= n; ++i)
-      for (int j = 1; j <= n; ++j) m[i][j] = r.ReadDouble(what);
-  };
-  matrix(d->wilson, "Wilson parameter");
-  matrix(d->tau, "NRTL parameter");
+  io::ReadMatrixRows(r, d->wilson, n, "Wilson parameter");
+  io::ReadMatrixRows(r, d->tau, n, "NRTL parameter");
   d->alpha = r.ReadDouble("NRTL alpha");
-  matrix(d->kij, "Kij parameter");
+  io::ReadMatrixRows(r, d->kij, n, "Kij parameter");
   d->tempUnit = ReadSelection(r, "temperature unit", 1, 3);
   d->pressUnit = ReadSelection(r, "pressure unit", 1, 6);
   d->heatUnit = ReadSelection(r, "heat unit", 1, 3);

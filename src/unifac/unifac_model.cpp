@@ -7,6 +7,8 @@
 #include "io/display_format.h"
 #include "io/field_reader.h"
 #include "io/record_writer.h"
+#include "regress/vle_case.h"
+#include "regress/vle_graph.h"
 #include "state/errors.h"
 
 // GCC 12 reports a false -Wrestrict overlap in the inlined string assignments of this file.
@@ -15,33 +17,6 @@
 #endif
 
 namespace tervale {
-
-double ScreenNumber(std::string_view text) {
-  size_t i = 0;
-  while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;
-  size_t start = i;
-  auto digits = [&] {
-    size_t from = i;
-    while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i;
-    return i > from;
-  };
-  if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
-  bool any = digits();
-  if (i < text.size() && text[i] == '.') {
-    ++i;
-    any = digits() || any;
-  }
-  if (!any) return 0;
-  size_t end = i;
-  if (i < text.size() && (text[i] == 'E' || text[i] == 'e')) {
-    ++i;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
-    if (digits()) end = i;
-  }
-  double v = 0;
-  if (!io::ParseNumber(text.substr(start, end - start), v) || !std::isfinite(v)) return 0;
-  return v;
-}
 
 void ReadUnifacParameterFile(SharedCalcState& s, const std::filesystem::path& path) {
   io::FieldReader r = io::FieldReader::FromFile(path);
@@ -106,22 +81,15 @@ int AddCaseGroup(SharedCalcState& s, int subgroup) {
   return u.NCaseGroup;
 }
 
-namespace {
-
-bool IsBlank(const std::string& text) {
-  return text.find_first_not_of(" \t") == std::string::npos;
-}
-
-}  // namespace
-
 bool PrepareUnifacCase(SharedCalcState& s, const UnifacScreenInput& in) {
   auto& u = s.Unifac;
   for (int i = 1; i <= 2; ++i) {
-    if (IsBlank(in.Name[i])) {
+    if (IsBlankField(in.Name[i])) {
       ShowMessage(s, BiText{"No Component Name", "成分名が未入力です"});
       return false;
     }
-    double a = ScreenNumber(in.A[i]), b = ScreenNumber(in.B[i]), c = ScreenNumber(in.C[i]);
+    double a = ReadNumberLeniently(in.A[i]), b = ReadNumberLeniently(in.B[i]),
+           c = ReadNumberLeniently(in.C[i]);
     if (a == 0 || b == 0 || c == 0) {
       ShowMessage(s, BiText{"No Antoine's parameters", "Antoine 定数が未入力です"});
       return false;
@@ -132,16 +100,16 @@ bool PrepareUnifacCase(SharedCalcState& s, const UnifacScreenInput& in) {
     s.Comp.AntoineC[i] = c;
   }
   s.NC = 2;
-  if (IsBlank(in.Press)) {
+  if (IsBlankField(in.Press)) {
     ShowMessage(s, BiText{"No Pressure data", "圧力が未入力です"});
     return false;
   }
-  if (IsBlank(in.Temp)) {
+  if (IsBlankField(in.Temp)) {
     ShowMessage(s, BiText{"No Temperaturee data", "温度が未入力です"});
     return false;
   }
-  u.VLEPressure = ScreenNumber(in.Press);
-  u.UnifacTempInit = ScreenNumber(in.Temp);
+  u.VLEPressure = ReadNumberLeniently(in.Press);
+  u.UnifacTempInit = ReadNumberLeniently(in.Temp);
 
   u.NCaseGroup = 0;
   u.CaseGroupId.fill(0);
@@ -149,14 +117,14 @@ bool PrepareUnifacCase(SharedCalcState& s, const UnifacScreenInput& in) {
   bool any1 = false, any2 = false;
   for (int sg = 1; sg <= u.NSubGroup; ++sg) {
     for (int i = 1; i <= 2; ++i) {
-      if (IsBlank(in.Count[sg][i])) continue;
+      if (IsBlankField(in.Count[sg][i])) continue;
       int k = AddCaseGroup(s, sg);
       if (k == 0) {
         ShowMessage(s, BiText{"Too many subgroups: a case may use at most 10 different subgroups",
                               "原子寄与団は10種類までしか選択できません"});
         return false;
       }
-      u.CaseGroupCount[k][i] = static_cast<int>(IntOf(ScreenNumber(in.Count[sg][i])));
+      u.CaseGroupCount[k][i] = static_cast<int>(IntOf(ReadNumberLeniently(in.Count[sg][i])));
       (i == 1 ? any1 : any2) = true;
     }
   }
@@ -397,13 +365,6 @@ std::string UnifacReferenceText() {
 
 namespace {
 
-double GammaAxisTop(double greatest) {
-  // The first of 2, 5, 10, 20 above the greatest; 20 or more gets 50.
-  for (double top : {2.0, 5.0, 10.0, 20.0})
-    if (greatest < top) return top;
-  return 50.0;
-}
-
 // Splits a sampled curve into polylines, leaving out samples at or below -999 and, with a
 // clip level, cutting segments at it.
 std::vector<Polyline> Curves(const UnifacCurve& x, const std::array<double, kUnifacPoints + 1>& v,
@@ -457,7 +418,7 @@ UnifacGraphData DrawUnifacGraph(const SharedCalcState& s, double pictureWidth,
   for (int n = 1; n <= kUnifacPoints; ++n)
     for (int i = 1; i <= 2; ++i)
       if (std::isfinite(u.CurveGamma[n][i])) greatest = std::max(greatest, u.CurveGamma[n][i]);
-  g.GammaTop = GammaAxisTop(greatest);
+  g.GammaTop = RoundGammaTop(greatest);
   std::array<double, kUnifacPoints + 1> g1{}, g2{};
   for (int n = 1; n <= kUnifacPoints; ++n) {
     g1[n] = u.CurveGamma[n][1];

@@ -109,7 +109,4 @@ inline double IntOf(double x) {
   return std::floor(x);
 }
 
-// A number typed in a box: the leading number of the text, 0 when there is none.
-double ScreenNumber(std::string_view text);
-
 }  // namespace tervale

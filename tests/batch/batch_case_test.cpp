@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "batch/batch_data.h"
 #include "batch/batch_results.h"
 #include "batch/batch_test_util.h"
@@ -256,6 +258,16 @@ TEST(BatchCase, GoCheckMessagesInOrder) {
   LoadBatchExample(s);
   s.Batch.SaveInterval = 0;
   expectRefused("Calculation condition does not input");
+  // A negative step or an end time that is no number would keep the run going for ever.
+  LoadBatchExample(s);
+  s.Batch.DiffTime = -0.0002;
+  expectRefused("Calculation condition must be positive numbers");
+  LoadBatchExample(s);
+  s.Batch.MaxOpeTime = std::numeric_limits<double>::quiet_NaN();
+  expectRefused("Calculation condition must be positive numbers");
+  LoadBatchExample(s);
+  s.Batch.SaveInterval = -0.002;
+  expectRefused("Calculation condition must be positive numbers");
   // A continuation whose counts changed: the notice, then the checks go on.
   LoadBatchExample(s);
   s.Batch.ContinueFromTReflux = 1;

@@ -379,6 +379,19 @@ TEST(BatchReports, MissingAndCutFiles) {
   auto none = BatchTrayDataTable(q.s(), BatchSource::TotalReflux, 1000, false);
   EXPECT_TRUE(none.rows.empty());
   EXPECT_FALSE(none.messages.empty());
+
+  // A tank closed empty (the draw stood at 0) shows its totals, and no fractions of zeros.
+  std::ofstream(dir / "B_Calc_5.dat", std::ios::binary | std::ios::trunc)
+      << "0,0.5\r\n0,0,0\r\n1,2,3,4,5,6,7,8,9,10\r\n";
+  auto tank = BatchTankTable(s);
+  ASSERT_EQ(tank.rows.size(), 1u);
+  for (const auto& cell : tank.rows[0]) {
+    if (std::holds_alternative<double>(cell)) {
+      EXPECT_TRUE(std::isfinite(std::get<double>(cell)));
+    }
+  }
+  EXPECT_DOUBLE_EQ(std::get<double>(tank.rows[0][1]), 0.5);
+  EXPECT_DOUBLE_EQ(std::get<double>(tank.rows[0][2 + 2 * 3]), 0);  // total Kgmol
 }
 
 TEST(BatchRun, TankTestKeysAndSigns) {
@@ -458,4 +471,45 @@ TEST(BatchRun, HoldupChangeIsADifferenceOnTraysAndARateInTheStill) {
   double mw = 0;
   for (int j = 1; j <= 3; ++j) mw += s.Batch.LiqComp[1][j] * s.Comp.CompMW[j];
   EXPECT_NEAR(s.Batch.Holdup[1], 100 / mw, 0.5);
+}
+
+TEST(BatchRun, DutySetOperationDrawsByTheEnergyBalanceAndKeepsTheDutyInForce) {
+  auto dir = FreshDir("type3");
+  Prepared p;
+  Prepare(p, dir);
+  auto& s = p.s();
+  LoadProductExample(s);
+  auto& b = s.Batch;
+  b.BatchOpeType = 3;
+  b.TankOperation[1][kTankDuty] = 500000;
+  b.TankOperation[2][kTankDuty] = 123;  // reaches the table, never the column
+  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
+  class DutyWatcher : public BalanceObserver {
+   public:
+    void Yield(SharedCalcState& s, const BatchStepInfo& info) override {
+      BalanceObserver::Yield(s, info);
+      const auto& b = s.Batch;
+      if (info.phase == 0) return;
+      // The still gets the duty in force; the draw follows from the column's energy balance.
+      worstDuty = std::max(worstDuty, std::fabs(b.TrayHeat[s.NTray] - b.CurQReb));
+      minDraw = std::min(minDraw, b.CurDistillate);
+      if (!notices.empty() && notices.back().starts_with("Change Tank")) {
+        if (afterChange++ == 0) tableDuty = b.QRebSet;
+        if (afterChange >= 20) RequestStop(s);
+      }
+    }
+    double worstDuty = 0, minDraw = 1e300, tableDuty = -1;
+    int afterChange = 0;
+  } watcher;
+  BatchRunResult r = RunBatchCalculation(s, &watcher);
+  ASSERT_TRUE(r.converged);
+  EXPECT_EQ(r.end, BatchRunEnd::Stopped);
+  EXPECT_GE(watcher.afterChange, 20);
+  EXPECT_DOUBLE_EQ(watcher.tableDuty, 123);
+  EXPECT_DOUBLE_EQ(b.CurQReb, 1000000);  // the total-reflux duty stays in force
+  EXPECT_EQ(watcher.worstDuty, 0);
+  EXPECT_GT(watcher.minDraw, 0);
+  EXPECT_LT(watcher.worstOverall, 1e-9);
+  EXPECT_LT(watcher.worstTanks, 1e-9);
+  EXPECT_LT(watcher.worstComp, 0.05);  // integration error only, as with the set draw
 }

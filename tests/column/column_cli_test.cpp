@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -96,6 +97,23 @@ TEST_F(ColumnCli, RefusedInput) {
   EXPECT_EQ(Cli(dir, "example column 2 -o x.dat").status != 0, true);
   EXPECT_EQ(Cli(dir, "shortcut c.dat --temp abc").status, 2);
   EXPECT_NE(Cli(dir, "shortcut c.dat --type 3").status, 0);
+
+  // a result file whose side cut stands below the bottom tray: refused, not read out of bounds
+  ASSERT_EQ(Cli(dir, "column c.dat --data-dir res").status, 0);
+  std::ifstream in(dir / "res" / "Result.dat", std::ios::binary);
+  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  // the counts line: NC, NTray, NFeed, NSideLiq, NSideVap, ...
+  const size_t counts = text.find("4,15,1,0,0,");
+  ASSERT_NE(counts, std::string::npos);
+  text.replace(counts, 11, "4,15,1,1,0,");
+  // the liquid side cut goes after the feed lines, before CalcFinished
+  const size_t finished = text.find("\r\n1\r\n");
+  ASSERT_NE(finished, std::string::npos);
+  text.insert(finished + 2, "99,10\r\n");
+  std::ofstream(dir / "odd.dat", std::ios::binary) << text;
+  CliRun odd = Cli(dir, "column-report odd.dat --view liquid-mol --json");
+  EXPECT_EQ(odd.status, 2);
+  EXPECT_NE(odd.out.find("Location <1 or >NT"), std::string::npos);
 }
 
 }  // namespace

@@ -208,6 +208,9 @@ TEST(VLECase, LenientNumbers) {
   EXPECT_EQ(ReadNumberLeniently("-.5"), -0.5);
   EXPECT_EQ(ReadNumberLeniently("1.5E-3x"), 1.5e-3);
   EXPECT_EQ(ReadNumberLeniently("2E"), 2);
+  EXPECT_EQ(ReadNumberLeniently(" 760 mmHg"), 760);
+  EXPECT_EQ(ReadNumberLeniently("-.5e2x"), -50);
+  EXPECT_EQ(ReadNumberLeniently("1D2"), 100);  // the old exponent letter
   EXPECT_TRUE(IsBlankField("  "));
   EXPECT_FALSE(IsBlankField(" 0"));
 }

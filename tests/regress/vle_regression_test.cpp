@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
+#include <vector>
 
 #include "regress/vle_case.h"
 #include "regress/vle_graph.h"
@@ -282,6 +284,183 @@ TEST(VLERegression, StoreFollowsTheParityOfTheType) {
   EXPECT_EQ(f.c().WilsonLambda12, 0.1);
   EXPECT_EQ(ObjectiveShortCaption(1), "x*log(r'-r)");
   EXPECT_EQ(ObjectiveShortCaption(5), "y'/y");
+}
+
+// The damped Gauss-Newton fit written the plain way: each trial step solves
+// (JᵀJ + σ²·I)·δ = Jᵀ·r directly, σ growing by 1.5 on every rejection. The routine gets the same
+// steps from a Householder factor and, after a rejection, from a 2×2 Cholesky refactor of the
+// normal equations; the two routes must agree pass for pass.
+struct ReferenceFit {
+  RegressionEnd end = RegressionEnd::NothingToFit;
+  int evaluations = 0, passes = 0;
+  std::array<double, 3> p{};
+  bool messageShown = false;
+};
+
+ReferenceFit ReferenceMarquardt(SharedCalcState& s) {
+  VLEDataCase& c = s.VLE;
+  const int m = VLEResidualCount(c);
+  std::array<double, 3> p = RegressedParameters(c);
+  auto eval = [&](const std::array<double, 3>& at) {
+    StoreRegressedParameters(s, at);
+    return CalcObjectiveSum(s);
+  };
+  std::vector<double> r0(m + 1), lo(m + 1);
+  std::vector<std::array<double, 3>> jac(m + 1);
+  ReferenceFit out;
+  int e = 1, pass = 1;
+  bool central = false;
+  double sum = CalcObjectiveSum(s), sigma = 0;
+  for (;;) {
+    for (int i = 1; i <= m; ++i) r0[i] = c.ResidualVector[i];
+    for (int k = 1; k <= 2; ++k) {
+      if (!central) {
+        p[k] += 0.001;
+        eval(p), ++e;
+        for (int i = 1; i <= m; ++i) jac[i][k] = (c.ResidualVector[i] - r0[i]) / 0.001;
+        p[k] -= 0.001;
+      } else {
+        p[k] -= 0.001;
+        eval(p), ++e;
+        for (int i = 1; i <= m; ++i) lo[i] = c.ResidualVector[i];
+        p[k] += 0.002;
+        eval(p), ++e;
+        for (int i = 1; i <= m; ++i) jac[i][k] = (c.ResidualVector[i] - lo[i]) / 0.002;
+        p[k] -= 0.001;
+      }
+    }
+    double n11 = 0, n12 = 0, n22 = 0, g1 = 0, g2 = 0;
+    for (int i = 1; i <= m; ++i) {
+      n11 += jac[i][1] * jac[i][1];
+      n12 += jac[i][1] * jac[i][2];
+      n22 += jac[i][2] * jac[i][2];
+      g1 += jac[i][1] * r0[i];
+      g2 += jac[i][2] * r0[i];
+    }
+    if (pass == 1) sigma = std::sqrt((n11 + n22) / (2.0 * m));
+    int rejections = 0;
+    for (;;) {
+      const double a = n11 + sigma * sigma, d = n22 + sigma * sigma;
+      const double det = a * d - n12 * n12;
+      const double d1 = (d * g1 - n12 * g2) / det, d2 = (a * g2 - n12 * g1) / det;
+      const std::array<double, 3> trial = {0, p[1] - d1, p[2] - d2};
+      const double trialSum = eval(trial);
+      ++e;
+      const bool worse = sum < trialSum;
+      const double pMax = std::fmax(1.0, std::fmax(std::fabs(p[1]), std::fabs(p[2])));
+      const double dMax = std::fmax(std::fabs(d1), std::fabs(d2));
+      if (pMax * 0.000001 > dMax) {
+        if (!worse) StoreRegressedParameters(s, trial);
+        out.end = RegressionEnd::Converged;
+        break;
+      }
+      if (!worse) {
+        central = pMax * 0.000001 * 100 > dMax;
+        p = trial;
+        sum = trialSum;
+        if (rejections == 0) sigma *= 0.5;
+        out.end = e > 800 * m ? RegressionEnd::EvaluationLimit : RegressionEnd::NothingToFit;
+        break;
+      }
+      ++rejections;
+      sigma *= 1.5;
+      if (sigma > 1000000) {
+        out.end = RegressionEnd::DampingTooBig;
+        out.messageShown = true;
+        break;
+      }
+      if (rejections > 200) {
+        out.end = RegressionEnd::RejectionLimit;
+        break;
+      }
+    }
+    if (out.end != RegressionEnd::NothingToFit) break;
+    ++pass;
+  }
+  out.evaluations = e;
+  out.passes = pass;
+  out.p = RegressedParameters(c);
+  return out;
+}
+
+// Runs the routine and the reference on the same case and compares them.
+void ExpectSameAsReference(const std::function<void(Fixture&)>& setUp, RegressionEnd expected) {
+  Fixture routine, reference;
+  setUp(routine);
+  setUp(reference);
+  const RegressionResult r = MarquardtRegression(*routine.s);
+  const ReferenceFit ref = ReferenceMarquardt(*reference.s);
+  EXPECT_EQ(ref.end, expected);
+  EXPECT_EQ(r.end, expected);
+  EXPECT_EQ(r.evaluations, ref.evaluations);
+  EXPECT_EQ(r.passes, ref.passes);
+  const auto p = RegressedParameters(routine.c());
+  for (int k = 1; k <= 2; ++k)
+    EXPECT_NEAR(p[k], ref.p[k], 1e-9 * std::fmax(1.0, std::fabs(ref.p[k]))) << k;
+  EXPECT_EQ(routine.dialogs.messages.size(), ref.messageShown ? 1u : 0u);
+}
+
+TEST(VLERegression, StepsAgreeWithTheDampedNormalEquations) {
+  for (int example : {1, 2})
+    for (int calcType : {1, 2})
+      for (int objective = 1; objective <= 5; ++objective) {
+        SCOPED_TRACE(testing::Message() << "example " << example << " type " << calcType
+                                        << " objective " << objective);
+        ExpectSameAsReference([&](Fixture& f) { f.Calc(example, calcType, objective); },
+                              RegressionEnd::Converged);
+      }
+}
+
+TEST(VLERegression, DampingTooBigEndsAtOnceWithTheLastTrial) {
+  // One point whose measured γ2 is far beyond what Wilson can give near its start: every step
+  // from the fourth pass on is worse, and four rejections push the damping over its limit.
+  auto setUp = [](Fixture& f) {
+    f.Calc(1, 1, 2);
+    VLEDataCase& c = f.c();
+    c.NVLEData = 1;
+    c.DataX[1] = 0.1054054324443595;
+    c.GammaExp[1] = {0, 91.182338965358639, 11127.689381388134};
+    c.WilsonLambda12 = 0.12436823199207327;
+    c.WilsonLambda21 = 0.0024900119117782379;
+  };
+  ExpectSameAsReference(setUp, RegressionEnd::DampingTooBig);
+  Fixture f;
+  setUp(f);
+  const RegressionResult r = MarquardtRegression(*f.s);
+  ASSERT_EQ(f.dialogs.messages.size(), 1u);
+  EXPECT_EQ(f.dialogs.messages[0], "Marquardt Too Big V");
+  // The case holds the rejected trial, worse than the best point reached.
+  EXPECT_GT(CalcObjectiveSum(*f.s), r.sumOfSquares);
+  EXPECT_LT(f.c().WilsonLambda12, 0);
+}
+
+TEST(VLERegression, TwoHundredRejectionsInAPassEndSilentlyWithTheLastTrial) {
+  // After a long run of clean steps the damping is tiny; in the last pass the step direction
+  // leads uphill, and the 201st rejection ends the fit before the damping reaches its limit.
+  auto setUp = [](Fixture& f) {
+    f.Calc(1, 1, 3);
+    VLEDataCase& c = f.c();
+    c.NVLEData = 4;
+    const double x[] = {0.94168633453623296, 0.63675384278881586, 0.53573013570301831,
+                        0.4326851080939037};
+    const double g1[] = {19.138756281265575, 784.58836144397605, 12.122847910508694,
+                         2.7871468574920857};
+    const double g2[] = {3.1780751116444734, 0.72179862774745629, 2.1302157476754577,
+                         2392.3625173405612};
+    for (int i = 1; i <= 4; ++i) {
+      c.DataX[i] = x[i - 1];
+      c.GammaExp[i] = {0, g1[i - 1], g2[i - 1]};
+    }
+    c.WilsonLambda12 = 0.0062616365168827485;
+    c.WilsonLambda21 = 1.6364796232335088;
+  };
+  ExpectSameAsReference(setUp, RegressionEnd::RejectionLimit);
+  Fixture f;
+  setUp(f);
+  const RegressionResult r = MarquardtRegression(*f.s);
+  EXPECT_TRUE(f.dialogs.messages.empty());
+  EXPECT_LT(r.evaluations, 800 * 4);
+  EXPECT_GT(CalcObjectiveSum(*f.s), r.sumOfSquares);  // the last trial, not the best point
 }
 
 TEST(VLEGraph, AxisRounding) {

@@ -86,6 +86,17 @@ TEST(AntoineEstimate, ExampleFitsMeasuredAndLeeKeslerRows) {
   EXPECT_GT(g.PressHigh, 760);
 }
 
+TEST(AntoineEstimate, LeeKeslerMeetsTheCriticalPointAndTheAcentricFactor) {
+  // At the critical temperature the equation gives the critical pressure (atm times 760), and
+  // at Tr = 0.7 log10(P/Pc) = -1 - omega, the definition of the acentric factor.
+  for (double omega : {0.0, 0.2, 0.644}) {
+    const double tc = 513.9, pc = 61.4;
+    EXPECT_NEAR(LeeKeslerPressure(tc - 273.15, tc, pc, omega) / (pc * 760), 1, 1e-4) << omega;
+    const double p07 = LeeKeslerPressure(0.7 * tc - 273.15, tc, pc, omega);
+    EXPECT_NEAR(std::log10(p07 / (pc * 760)), -1 - omega, 0.002) << omega;
+  }
+}
+
 TEST(AntoineEstimate, ChecksAndMessages) {
   auto s = MakeSharedCalcState();
   RecordingDialogs d;

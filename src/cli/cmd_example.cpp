@@ -1,6 +1,7 @@
 // `tervale-cli example KIND [NUMBER] -o FILE`: writes a built-in example as a case file. The
 // kinds come from the programs' own command files through ExampleRegistrar.
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 
 #include "cli/command_registry.h"
@@ -47,7 +48,8 @@ CommandRegistrar reg(90, [](CLI::App& app, CliContext& ctx) {
       int n = it->defaultNumber;
       if (!number.empty()) {
         double value = 0;
-        if (!io::ParseNumber(number, value) || value != static_cast<int>(value))
+        if (!io::ParseNumber(number, value) || !(std::fabs(value) < 1e6) ||
+            value != std::trunc(value))
           return Refuse(ctx, "Example number: not a whole number: \"" + number + "\"");
         n = static_cast<int>(value);
       }

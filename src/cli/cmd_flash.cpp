@@ -1,7 +1,6 @@
 // The flash program on the command line: `flash FILE --calc ...` and `example flash 1|2`.
 #include <iostream>
 #include <optional>
-#include <sstream>
 
 #include "cli/csv_tables.h"
 #include "cli/command_registry.h"
@@ -66,39 +65,23 @@ struct FlashOptions {
   CLI::Option* pressOpt = nullptr;
 };
 
-void PrintCalculationText(const SharedCalcState& s, const std::string& calc, const FlashResult& r) {
-  std::ostringstream o;
-  o << "Flash calculation: " << calc << "  (" << s.NC << " components, K-value method "
-    << s.KValueMethod << ")\n";
-  o << "Temperature: " << r.temperatureText << " " << TempUnitName(s.Unit.TempUnit) << '\n';
-  o << "Pressure:    " << r.pressureText << " " << PressUnitName(s.Unit.PressUnit) << '\n';
-  o << "V/F:         " << r.vfText << '\n';
-  std::cout << o.str() << '\n';
+void PrintCalculationText(CliContext& ctx, const std::string& calc, const FlashResult& r) {
+  const SharedCalcState& s = ctx.s();
   io::ReportTable t;
   t.columns = {"Component", "Vapour y", "Liquid x", "K", "Gamma"};
   for (int i = 1; i <= s.NC; ++i)
     t.rows.push_back({s.Comp.CompName[i], r.yText[i], r.xText[i], r.kText[i],
                       io::FormatNumber(r.gamma[i], "#0.#00000")});
-  // Plain text only here: the caller has checked for JSON.
-  std::ostringstream table;
-  std::vector<size_t> width(t.columns.size());
-  for (size_t c = 0; c < width.size(); ++c) width[c] = t.columns[c].size();
-  for (const auto& row : t.rows)
-    for (size_t c = 0; c < row.size(); ++c)
-      width[c] = std::max(width[c], std::get<std::string>(row[c]).size());
-  auto line = [&](const std::vector<std::string>& cells) {
-    for (size_t c = 0; c < cells.size(); ++c) {
-      std::cout << (c ? "  " : "") << cells[c];
-      if (c + 1 < cells.size()) std::cout << std::string(width[c] - cells[c].size(), ' ');
-    }
-    std::cout << '\n';
-  };
-  line(t.columns);
-  for (const auto& row : t.rows) {
-    std::vector<std::string> cells;
-    for (const auto& cell : row) cells.push_back(std::get<std::string>(cell));
-    line(cells);
+  if (ctx.csv) {  // the component table alone, as a spreadsheet reads it
+    PrintTable(ctx, t);
+    return;
   }
+  std::cout << "Flash calculation: " << calc << "  (" << s.NC << " components, K-value method "
+            << s.KValueMethod << ")\n";
+  std::cout << "Temperature: " << r.temperatureText << " " << TempUnitName(s.Unit.TempUnit) << '\n';
+  std::cout << "Pressure:    " << r.pressureText << " " << PressUnitName(s.Unit.PressUnit) << '\n';
+  std::cout << "V/F:         " << r.vfText << "\n\n";
+  PrintTable(ctx, t);
   if (r.hasEnthalpy) {
     std::cout << "\nEnthalpy (" << HeatUnitName(s.Unit.HeatUnit) << "/Kgmol)\n";
     std::cout << "  Feed:   " << r.hFeedText << '\n';
@@ -225,7 +208,7 @@ int RunFlashCommand(CliContext& ctx, FlashOptions& o) {
   } else if (ctx.csv) {
     PrintTable(ctx, FlashResultTable(s, r));
   } else {
-    PrintCalculationText(s, o.calc, r);
+    PrintCalculationText(ctx, o.calc, r);
   }
   return 0;
 }

@@ -7,17 +7,15 @@
 
 namespace tervale {
 namespace {
-constexpr BiText kNoEosForm = Same("S-R-K / P-Rの式は未だありません");
 constexpr BiText kVfOutOfRange = Same("V/Fが<0 or >1です");
 }  // namespace
 
 void CalcIsothermalFlashVF(SharedCalcState& s, double T, double P, double& VF,
                            const Composition& z) {
   const int n = s.NC;
-  if (s.KValueMethod == 4 || s.KValueMethod == 5) {
-    ShowMessage(s, kNoEosForm);
+  if (IsEosMethod(s)) {
+    NoEosForm(s);
     VF = 0;
-    for (int i = 1; i <= n; ++i) s.KValue[i] = 1.0;
     return;
   }
   const double pmm = P * kMmHgPerMPa;
@@ -28,16 +26,7 @@ void CalcIsothermalFlashVF(SharedCalcState& s, double T, double P, double& VF,
   // The feed stands in for the liquid: Gamma is taken once, at the feed, and held.
   Composition f{};
   for (int i = 1; i <= n; ++i) f[i] = z[i] / sz;
-  switch (s.KValueMethod) {
-    case 2:
-      CalcGammaWilson(s, f);
-      break;
-    case 3:
-      CalcGammaNRTL(s, f);
-      break;
-    default:
-      for (int i = 1; i <= n; ++i) s.Gamma[i] = 1.0;
-  }
+  CalcGamma(s, f);
   double s1 = 0, s2 = 0;
   for (int i = 1; i <= n; ++i) {
     const double k = s.Gamma[i] * AntoinePressureMmHg(s, i, T) / pmm;

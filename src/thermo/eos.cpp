@@ -331,20 +331,12 @@ double CalcBubbleTemperatureEOS(SharedCalcState& s, int eos, double T, double P,
     }
     for (int i = 1; i <= n; ++i) y[i] /= sum;
 
-    // With y held the vapour side gives the same coefficients every pass, so the second pass
-    // finds no change and ends the loop.
-    for (int pass = 1; pass <= 31; ++pass) {
-      CalcEOSMixture(s, eos, t, y, a, b, dadT, d2adT2);
-      CalcEOSCompressibility(s, eos, 1, t, P, y, rho, a, b);
-      CalcEOSFugacity(s, eos, t, P, y, phiV, rho, a, b);
-      int changed = 0;
-      for (int i = 1; i <= n; ++i) {
-        const double knew = phiL[i] / phiV[i];
-        if (std::fabs(knew - s.KValue[i]) > s.KValue[i] * 1E-06) ++changed;
-        s.KValue[i] = knew;
-      }
-      if (changed == 0) break;
-    }
+    // The vapour side at the y just formed. The K-value loop holds y, so every further pass
+    // would give these same coefficients and find nothing changed: one pass settles K.
+    CalcEOSMixture(s, eos, t, y, a, b, dadT, d2adT2);
+    CalcEOSCompressibility(s, eos, 1, t, P, y, rho, a, b);
+    CalcEOSFugacity(s, eos, t, P, y, phiV, rho, a, b);
+    for (int i = 1; i <= n; ++i) s.KValue[i] = phiL[i] / phiV[i];
 
     sum = 0;
     for (int i = 1; i <= n; ++i) {

@@ -16,8 +16,14 @@ constexpr int kLastPass = 50;        // passes are counted 0..50
 
 constexpr BiText kNoEosForm = Same("S-R-K / P-Rの式は未だありません");
 
-// Gamma of the activity-coefficient methods; the ideal method (and any other value) sets 1.0.
-void FillGamma(SharedCalcState& s, const Composition& x) {
+double ClipStep(double dt) {
+  if (std::fabs(dt) > kStepLimit) return dt > 0 ? kStepLimit : -kStepLimit;
+  return dt;
+}
+
+}  // namespace
+
+void CalcGamma(SharedCalcState& s, const Composition& x) {
   switch (s.KValueMethod) {
     case 2:
       CalcGammaWilson(s, x);
@@ -35,18 +41,10 @@ bool IsEosMethod(const SharedCalcState& s) {
   return s.KValueMethod == 4 || s.KValueMethod == 5;
 }
 
-// The equation-of-state methods have no dew or pressure form: message, K = 1.
 void NoEosForm(SharedCalcState& s) {
   ShowMessage(s, kNoEosForm);
   for (int i = 1; i <= s.NC; ++i) s.KValue[i] = 1.0;
 }
-
-double ClipStep(double dt) {
-  if (std::fabs(dt) > kStepLimit) return dt > 0 ? kStepLimit : -kStepLimit;
-  return dt;
-}
-
-}  // namespace
 
 double AntoinePressureMmHg(const SharedCalcState& s, int i, double t) {
   return std::pow(10.0, s.Comp.AntoineA[i] - s.Comp.AntoineB[i] / (t + s.Comp.AntoineC[i]));
@@ -104,7 +102,7 @@ double CalcBubbleTemperature(SharedCalcState& s, double T, double P, const Compo
   }
   const int n = s.NC;
   const double pmm = P * kMmHgPerMPa;
-  FillGamma(s, x);  // once: not recomputed in the loop
+  CalcGamma(s, x);  // once: not recomputed in the loop
   double t = T;
   for (int count = 0; count <= kLastPass; ++count) {
     double sum = 0, d = 0;
@@ -132,7 +130,7 @@ double CalcDewTemperature(SharedCalcState& s, double T, double P, const Composit
 
   // Stage one: the vapour fractions stand in for the liquid ones in Gamma. They do not change
   // from pass to pass, so Gamma is the same every pass and is taken once.
-  FillGamma(s, y);
+  CalcGamma(s, y);
   for (int count = 0; count <= kLastPass; ++count) {
     double sum = 0, d = 0;
     for (int i = 1; i <= n; ++i) {
@@ -158,7 +156,7 @@ double CalcDewTemperature(SharedCalcState& s, double T, double P, const Composit
       sx += x[i];
     }
     for (int i = 1; i <= n; ++i) x[i] /= sx;
-    FillGamma(s, x);
+    CalcGamma(s, x);
     double sy = 0;
     for (int i = 1; i <= n; ++i) {
       s.KValue[i] = s.Gamma[i] * AntoinePressureMmHg(s, i, t) / pmm;
@@ -172,37 +170,35 @@ double CalcDewTemperature(SharedCalcState& s, double T, double P, const Composit
   return t;
 }
 
-double CalcBubblePressure(SharedCalcState& s, double T, double P, const Composition& x) {
+namespace {
+
+// Bubble or dew pressure at T, in the user's unit: K_i := Gamma_i Psat_i with Gamma from z, the
+// pressure sum z_i K_i (bubble) or 1 / sum z_i / K_i (dew) in mmHg, and K_i divided by it.
+double SaturationPressure(SharedCalcState& s, double T, double P, const Composition& z, bool dew) {
   if (IsEosMethod(s)) {
     NoEosForm(s);
     return ConvPressFromBase(s, P);
   }
   const int n = s.NC;
-  FillGamma(s, x);
-  double pmm = 0;
+  CalcGamma(s, z);
+  double sum = 0;
   for (int i = 1; i <= n; ++i) {
     s.KValue[i] = s.Gamma[i] * AntoinePressureMmHg(s, i, T);
-    pmm += x[i] * s.KValue[i];
+    sum += dew ? z[i] / s.KValue[i] : z[i] * s.KValue[i];
   }
+  const double pmm = dew ? 1.0 / sum : sum;
   for (int i = 1; i <= n; ++i) s.KValue[i] /= pmm;
   return ConvPressFromBase(s, pmm / kMmHgPerMPa);
 }
 
+}  // namespace
+
+double CalcBubblePressure(SharedCalcState& s, double T, double P, const Composition& x) {
+  return SaturationPressure(s, T, P, x, false);
+}
+
 double CalcDewPressure(SharedCalcState& s, double T, double P, const Composition& y) {
-  if (IsEosMethod(s)) {
-    NoEosForm(s);
-    return ConvPressFromBase(s, P);
-  }
-  const int n = s.NC;
-  FillGamma(s, y);
-  double q = 0;
-  for (int i = 1; i <= n; ++i) {
-    s.KValue[i] = s.Gamma[i] * AntoinePressureMmHg(s, i, T);
-    q += y[i] / s.KValue[i];
-  }
-  const double pmm = 1.0 / q;
-  for (int i = 1; i <= n; ++i) s.KValue[i] /= pmm;
-  return ConvPressFromBase(s, pmm / kMmHgPerMPa);
+  return SaturationPressure(s, T, P, y, true);
 }
 
 }  // namespace tervale

@@ -19,6 +19,15 @@ double CalcDewTemperature(SharedCalcState& s, double T, double P, const Composit
 double CalcBubblePressure(SharedCalcState& s, double T, double P, const Composition& x);
 double CalcDewPressure(SharedCalcState& s, double T, double P, const Composition& y);
 
+// Gamma of the selected method from the liquid fractions x: Wilson (2), NRTL (3), 1.0 otherwise.
+void CalcGamma(SharedCalcState& s, const Composition& x);
+
+// KValueMethod 4 or 5: the equations of state, which only have a bubble-temperature form.
+bool IsEosMethod(const SharedCalcState& s);
+// What the routines without an equation-of-state form do for methods 4 and 5: the message
+// "S-R-K / P-Rの式は未だありません" and every K set to 1.0.
+void NoEosForm(SharedCalcState& s);
+
 // Vapour pressure of component i at t C, mmHg.
 double AntoinePressureMmHg(const SharedCalcState& s, int i, double t);
 

@@ -1,38 +1,20 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "common/cli_runner.h"
 #include "db_fixture.h"
 
 namespace tervale::db::testing {
 namespace {
 
-// Runs the command line (when it has been built beside the tests) and returns its stdout.
-struct CliRun {
-  int status = -1;
-  std::string out;
-};
-
-CliRun RunCli(const std::string& args) {
-  CliRun r;
-  std::string cmd = "'";
-  cmd.append(TERVALE_BIN_DIR).append("/tervale-cli' ").append(args).append(" 2>/dev/null");
-  FILE* p = popen(cmd.c_str(), "r");
-  if (!p) return r;
-  char buf[4096];
-  size_t n;
-  while ((n = fread(buf, 1, sizeof buf, p)) > 0) r.out.append(buf, n);
-  int st = pclose(p);
-  r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-  return r;
-}
+using tervale::testcli::CliRun;
+using tervale::testcli::RunCli;
 
 class CliTest : public SeededDbTest {
  protected:
   void SetUp() override {
-    if (!fs::exists(fs::path(TERVALE_BIN_DIR) / "tervale-cli"))
-      GTEST_SKIP() << "tervale-cli not built";
+    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli not built";
     SeededDbTest::SetUp();
     db_.reset();
   }

@@ -1,48 +1,35 @@
 // The purecomp command end to end: the example, its JSON, and refused cases.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
+#include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
+
+#include "common/cli_runner.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
-struct CliRun {
-  int status = -1;
-  std::string out;
-};
+using tervale::testcli::CliRun;
+using tervale::testcli::RunCli;
 
 class PureCompCli : public ::testing::Test {
  protected:
   void SetUp() override {
-    cli_ = fs::path(TERVALE_BIN_DIR) / "tervale-cli";
-    if (!fs::exists(cli_)) GTEST_SKIP() << "tervale-cli is not built";
+    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli is not built";
     dir_ = fs::temp_directory_path() / ("tervale_purecomp_" + std::to_string(::getpid()));
     fs::create_directories(dir_);
   }
   void TearDown() override {
     if (!dir_.empty()) fs::remove_all(dir_);
   }
-  CliRun Exec(const std::string& args) {
-    CliRun r;
-    const std::string command = cli_.string() + " " + args + " 2>" + (dir_ / "err.txt").string();
-    FILE* pipe = ::popen(command.c_str(), "r");
-    char buffer[4096];
-    size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) r.out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return r;
-  }
   Json Example() {
     const fs::path file = dir_ / "example.json";
-    EXPECT_EQ(Exec("example purecomp -o " + file.string()).status, 0);
+    EXPECT_EQ(RunCli("example purecomp -o " + file.string()).status, 0);
     std::ifstream in(file);
     return Json::parse(in);
   }
@@ -53,13 +40,13 @@ class PureCompCli : public ::testing::Test {
   }
   // Runs a case with --json; the output is one object in every case.
   Json RunCase(const Json& c, int expectStatus) {
-    const CliRun r = Exec("purecomp --json " + Write(c));
+    const CliRun r = RunCli("purecomp --json " + Write(c));
     EXPECT_EQ(r.status, expectStatus) << r.out;
     Json out = Json::parse(r.out);
     EXPECT_TRUE(out.contains("messages"));
     return out;
   }
-  fs::path cli_, dir_;
+  fs::path dir_;
 };
 
 TEST_F(PureCompCli, ExampleRunsAndPrintsEveryKey) {
@@ -77,7 +64,7 @@ TEST_F(PureCompCli, ExampleRunsAndPrintsEveryKey) {
   EXPECT_NEAR(out["grid"][50]["t"].get<double>(), 200.0, 1e-9);
   EXPECT_TRUE(out["grid"][50]["density"].is_number());
   EXPECT_TRUE(out["messages"].empty());
-  EXPECT_EQ(Exec("purecomp " + Write(Example())).status, 0);
+  EXPECT_EQ(RunCli("purecomp " + Write(Example())).status, 0);
 }
 
 TEST_F(PureCompCli, CountsAreTruncatedAndKeyedByRow) {
@@ -138,8 +125,8 @@ TEST_F(PureCompCli, BadCasesAreRefusedWithAClearMessage) {
 
   const std::string garbage = (dir_ / "garbage.json").string();
   std::ofstream(garbage) << "{ not json";
-  EXPECT_EQ(Exec("purecomp " + garbage).status, 2);
-  EXPECT_EQ(Exec("purecomp " + (dir_ / "missing.json").string()).status, 2);
+  EXPECT_EQ(RunCli("purecomp " + garbage).status, 2);
+  EXPECT_EQ(RunCli("purecomp " + (dir_ / "missing.json").string()).status, 2);
 }
 
 TEST_F(PureCompCli, SoftMessagesRunToTheEnd) {

@@ -138,6 +138,50 @@ TEST(Eos, CompressibilityRootsSatisfyTheCubic) {
   }
 }
 
+// Pure propane with Kij 0: the fugacity coefficient follows the program's own constants, the
+// P-R attraction figure 0.00307846 (not the mixture's 0.0030785) and the factor 0.434294 where
+// the textbook has 1 / (2 sqrt 2); either "correction" moves ln phi far beyond the tolerance.
+TEST(Eos, FugacityOfAPureComponentKeepsTheProgramsConstants) {
+  auto s = MakeSharedCalcState();
+  ResetComponentsAndMatrices(*s);
+  s->NC = 1;
+  s->Comp.CompTc[1] = 369.8;
+  s->Comp.CompPc[1] = 42.5;
+  s->Comp.CompOmega[1] = 0.153;
+  s->Bin.KijMatrix[1][1] = 0.0;
+  const Composition z{0, 1.0};
+  const double t = 20.0, tk = 293.15, pk = 10.0, rt = tk * 0.082053, w = 0.153;
+  for (int eos : {0, 1}) {
+    for (int phase : {0, 1}) {
+      double a, b, da, dda, rho;
+      CalcEOSMixture(*s, eos, t, z, a, b, da, dda);
+      CalcEOSCompressibility(*s, eos, phase, t, kTenKgf, z, rho, a, b);
+      CompArray phi{};
+      CalcEOSFugacity(*s, eos, t, kTenKgf, z, phi, rho, a, b);
+
+      const double m =
+          eos == 0 ? 0.48 + (1.574 - 0.176 * w) * w : 0.37464 + (1.54226 - 0.26992 * w) * w;
+      const double f = 1 + m * (1 - std::sqrt(tk / 369.8));
+      const double acMix = (eos == 0 ? 0.00287803 : 0.0030785) * 369.8 * 369.8 / 42.5;
+      const double acFug = (eos == 0 ? 0.00287803 : 0.00307846) * 369.8 * 369.8 / 42.5;
+      const double bi = (eos == 0 ? 0.00710907 : 0.00638372) * 369.8 / 42.5;
+      EXPECT_NEAR(a, acMix * f * f, 1e-14 * a);
+      EXPECT_NEAR(b, bi, 1e-15);
+      const double A = pk * a / rt / rt, B = pk * b / rt, Z = pk / (rho * rt);
+      const double ai = acFug * f * f;
+      double lnPhi;
+      if (eos == 1) {
+        const double ratio = (Z + B + 1.414213562 * B) / (Z + B - 1.414213562 * B);
+        lnPhi = (Z - 1) - std::log(Z - B) - (2 * ai / a - 1) * (A * 0.434294 / B) * std::log(ratio);
+      } else {
+        lnPhi =
+            (Z - 1) - std::log(Z - B) - (2 * std::sqrt(ai / a) - 1) * (A / B) * std::log(1 + B / Z);
+      }
+      EXPECT_NEAR(std::log(phi[1]), lnPhi, 1e-12) << "eos " << eos << " phase " << phase;
+    }
+  }
+}
+
 TEST(Eos, InitialKValues) {
   auto s = MakeSharedCalcState();
   testmix::LightHydrocarbons(*s, 4);

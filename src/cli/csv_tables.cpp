@@ -28,7 +28,7 @@ std::string CellText(const io::Cell& cell) {
 io::ReportTable FlashResultTable(const SharedCalcState& s, const FlashResult& r) {
   io::ReportTable t;
   t.view = "flash";
-  t.columns = {"component", "y", "x", "k", "gamma"};
+  t.columns = {"Component", "Vapour y", "Liquid x", "K", "Gamma"};  // as the text table
   const bool eos = s.KValueMethod == 4 || s.KValueMethod == 5;
   for (int i = 1; i <= s.NC; ++i) {
     io::Cell gamma = std::monostate{};

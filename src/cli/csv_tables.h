@@ -6,7 +6,7 @@
 
 namespace tervale::cli {
 
-// component, y, x, K, gamma (gamma blank for the equations of state)
+// Component, Vapour y, Liquid x, K, Gamma (blank for the equations of state)
 io::ReportTable FlashResultTable(const SharedCalcState& s, const FlashResult& r);
 // i, t, vf, h (h blank without enthalpies)
 io::ReportTable CondensingCurveTable(const CondensingCurve& c);

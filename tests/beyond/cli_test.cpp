@@ -319,7 +319,7 @@ TEST_F(BeyondCli, CsvOfTheFlashAntoineAndBatchTablesReadsBackToTheSameNumbers) {
   auto rows = ParseCsv(csv.out.substr(3), wellFormed);
   EXPECT_TRUE(wellFormed);
   ASSERT_EQ(rows.size(), j.at("components").size() + 1);
-  EXPECT_EQ(rows[0], (std::vector<std::string>{"component", "y", "x", "k", "gamma"}));
+  EXPECT_EQ(rows[0], (std::vector<std::string>{"Component", "Vapour y", "Liquid x", "K", "Gamma"}));
   for (size_t i = 1; i < rows.size(); ++i) {
     EXPECT_EQ(rows[i][0], j.at("components")[i - 1]);
     ExpectSameNumber(rows[i][1], j.at("y")[i - 1].get<double>());

@@ -114,6 +114,12 @@ void PrintText(CliContext& ctx) {
   t.columns = {"Formula", "Name", "A", "B", "C", "Fitted", "Points"};
   for (int r = 1; r <= s.NC; ++r) {
     std::string how = !e.Fitted[r] ? "given" : e.LeeKesler[r] ? "Lee-Kesler" : "measured";
+    if (ctx.csv) {  // numbers at full precision
+      t.rows.push_back({e.Formula[r], s.Comp.CompName[r], s.Comp.AntoineA[r], s.Comp.AntoineB[r],
+                        s.Comp.AntoineC[r], how,
+                        static_cast<double>(e.Fitted[r] ? e.MeasuredCount[r] : 0)});
+      continue;
+    }
     t.rows.push_back({e.Formula[r], s.Comp.CompName[r],
                       io::FormatNumber(s.Comp.AntoineA[r], "#0.00000"),
                       io::FormatNumber(s.Comp.AntoineB[r], "#####0.000"),

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "batch/batch_data.h"
+#include "batch/batch_product_example.h"
 #include "batch/batch_results.h"
 #include "batch/batch_run.h"
 #include "batch/batch_run_files.h"
@@ -113,6 +114,20 @@ int RunBatch(CliContext& ctx, const std::string& file, bool cont, long long stop
   CliBatchObserver observer(stopAfter);
   BatchRunResult r = RunBatchCalculation(s, &observer);
   const auto& b = s.Batch;
+  if (ctx.csv) {
+    // the tanks as a table: time, then the content of each component
+    io::ReportTable t;
+    t.view = "tanks";
+    t.columns = {"tank", "time"};
+    for (int j = 1; j <= s.NC; ++j) t.columns.push_back(s.Comp.CompName[j] + " (Kgmol)");
+    for (int k = 0; k < r.tankCount; ++k) {
+      std::vector<io::Cell> row{static_cast<double>(k + 1), r.tanks[k].time};
+      for (int j = 1; j <= s.NC; ++j) row.emplace_back(r.tanks[k].content[j]);
+      t.rows.push_back(std::move(row));
+    }
+    PrintTable(ctx, t);
+    return 0;
+  }
   if (!ctx.json) {
     std::cout << "end: " << BatchRunEndName(r.end) << '\n';
     std::cout << "steps: total reflux " << r.totalRefluxSteps << ", product " << r.productSteps
@@ -158,8 +173,9 @@ int RunBatch(CliContext& ctx, const std::string& file, bool cont, long long stop
 
 int WriteExample(CliContext& ctx, int number, const std::filesystem::path& output) {
   auto& s = ctx.s();
-  if (!LoadBatchExample(s, number)) {
-    return Refuse(ctx, "There is no batch example " + std::to_string(number) + " (only 1)");
+  const bool loaded = number == 2 ? LoadBatchProductExample(s) : LoadBatchExample(s, number);
+  if (!loaded) {
+    return Refuse(ctx, "There is no batch example " + std::to_string(number) + " (only 1 and 2)");
   }
   WriteBatchCase(s, output);
   if (ctx.json) {
@@ -171,7 +187,12 @@ int WriteExample(CliContext& ctx, int number, const std::filesystem::path& outpu
 }
 
 ExampleRegistrar batchExamples(
-    {"batch", "Batch distillation example 1 (methanol, ethanol, water)", {1}, 1, WriteExample});
+    {"batch",
+     "Batch distillation 1 (methanol, ethanol, water), 2 (the same in J with a duty of 1000000: "
+     "the tanks fill)",
+     {1, 2},
+     1,
+     WriteExample});
 
 int Report(CliContext& ctx, const std::string& view, const std::string& source,
            const std::string& caseFile, const std::string& fraction, const std::string& flow,

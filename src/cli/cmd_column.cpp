@@ -5,6 +5,7 @@
 #include <map>
 
 #include "cli/command_registry.h"
+#include "cli/csv_tables.h"
 #include "cli/example_registry.h"
 #include "column/column_case.h"
 #include "column/column_results.h"
@@ -106,11 +107,12 @@ int RunColumn(CliContext& ctx, const std::string& file, bool cont) {
          s.EnthalpyMethod >= 1 ? JsonNumber(ctx, d.Reboiler, "reboiler_duty") : Json(nullptr)}};
     PrintJson(ctx, std::move(object));
   } else {
-    std::cout << (r.converged ? "converged" : "not converged") << " after " << r.passes
-              << " passes\n";
+    if (!ctx.csv)
+      std::cout << (r.converged ? "converged" : "not converged") << " after " << r.passes
+                << " passes\n";
     // the tray table as the result screen first shows it: liquid, in the user's units
     PrintTable(ctx, ColumnTrayTable(s, TrayView::LiquidMol));
-    if (s.EnthalpyMethod >= 1)
+    if (s.EnthalpyMethod >= 1 && !ctx.csv)
       std::cout << "Condenser duty " << io::FormatShortest(d.Condenser) << "\nReboiler duty "
                 << io::FormatShortest(d.Reboiler) << '\n';
     if (r.resultWritten)
@@ -203,14 +205,16 @@ int RunShortCutCommand(CliContext& ctx, const ShortCutOptions& o) {
     return 0;
   }
   const bool en = s.LanguageFlag == 1;
-  std::cout << (en ? "Temp " : "温度 ") << io::FormatNumber(r.Temperature, "####.##") << '\n';
-  std::cout << "V/F " << io::FormatNumber(r.VF, "#0.000") << '\n';
-  std::cout << (en ? "Minimum Theoretical Plates " : "最小理論段数 ")
-            << io::FormatNumber(r.MinPlates, "###.#####") << '\n';
-  std::cout << (en ? "Minimum Reflux Ratio " : "最小還流比 ")
-            << io::FormatNumber(r.MinReflux, "###.#####") << '\n';
-  std::cout << (en ? "Feed Location from top " : "ﾌｨｰﾄﾞ段(塔頂より) ")
-            << io::FormatNumber(r.FeedLocation, "###.#####") << '\n';
+  if (!ctx.csv) {
+    std::cout << (en ? "Temp " : "温度 ") << io::FormatNumber(r.Temperature, "####.##") << '\n';
+    std::cout << "V/F " << io::FormatNumber(r.VF, "#0.000") << '\n';
+    std::cout << (en ? "Minimum Theoretical Plates " : "最小理論段数 ")
+              << io::FormatNumber(r.MinPlates, "###.#####") << '\n';
+    std::cout << (en ? "Minimum Reflux Ratio " : "最小還流比 ")
+              << io::FormatNumber(r.MinReflux, "###.#####") << '\n';
+    std::cout << (en ? "Feed Location from top " : "ﾌｨｰﾄﾞ段(塔頂より) ")
+              << io::FormatNumber(r.FeedLocation, "###.#####") << '\n';
+  }
   io::ReportTable t;
   t.view = "shortcut";
   t.columns = {en ? "Component" : "成分", en ? "Top" : "塔頂組成", en ? "Bottom" : "塔底組成"};
@@ -223,8 +227,12 @@ int RunShortCutCommand(CliContext& ctx, const ShortCutOptions& o) {
     g.view = "gilliland";
     g.columns = {"R", "N", "NF"};
     for (const auto& p : r.Gilliland) g.rows.push_back({p.R, p.N, p.NF});
-    std::cout << '\n';
-    PrintTable(ctx, g);
+    if (ctx.csv) {
+      PrintCsvSection(g);
+    } else {
+      std::cout << '\n';
+      PrintTable(ctx, g);
+    }
   }
   return 0;
 }

@@ -231,7 +231,9 @@ int RunPair(CliContext& ctx) {
     PrintJson(ctx, std::move(out));
   } else {
     PrintTable(ctx, ToReport(table, rows));
-    if (matrix.is_null()) {
+    if (ctx.csv) {
+      // the table alone
+    } else if (matrix.is_null()) {
       std::cout << "\nNo pair stored.\n";
     } else {
       std::cout << "\nMatrix (1 = " << n1 << ", 2 = " << n2 << "):\n";

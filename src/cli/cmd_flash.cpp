@@ -2,6 +2,7 @@
 #include <iostream>
 #include <optional>
 
+#include "cli/csv_tables.h"
 #include "cli/command_registry.h"
 #include "cli/example_registry.h"
 #include "flash/flash_program.h"
@@ -154,6 +155,8 @@ int RunFlashCommand(CliContext& ctx, FlashOptions& o) {
                {"t_low", JsonNumber(ctx, c.tLow, "t_low")},
                {"t_high", JsonNumber(ctx, c.tHigh, "t_high")},
                {"points", std::move(points)}});
+    } else if (ctx.csv) {
+      PrintTable(ctx, CondensingCurveTable(c));
     } else {
       std::cout << "Condensing curve at " << io::FormatNumber(c.pressure, " ###0.000") << " "
                 << PressUnitName(s.Unit.PressUnit) << '\n';
@@ -202,6 +205,8 @@ int RunFlashCommand(CliContext& ctx, FlashOptions& o) {
                     {{"temperature", TempUnitName(s.Unit.TempUnit)},
                      {"pressure", PressUnitName(s.Unit.PressUnit)},
                      {"heat", HeatUnitName(s.Unit.HeatUnit)}}}});
+  } else if (ctx.csv) {
+    PrintTable(ctx, FlashResultTable(s, r));
   } else {
     PrintCalculationText(ctx, o.calc, r);
   }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "cli/beyond_output.h"
 #include "cli/command_registry.h"
 #include "cli/example_registry.h"
 #include "cli/json_case_file.h"
@@ -122,7 +123,8 @@ Json ResultJson(CliContext& ctx) {
       {"t_min", JsonNumber(ctx, u.CurveTMin, "t_min")},
       {"end_gamma_res", end},
       {"wilson",
-       {JsonNumber(ctx, u.DerivedWilson1, "wilson"), JsonNumber(ctx, u.DerivedWilson2, "wilson")}}};
+       {JsonNumber(ctx, u.DerivedWilson1, "wilson"), JsonNumber(ctx, u.DerivedWilson2, "wilson")}},
+      {"azeotropes", AzeotropesJson(ctx, FindUnifacAzeotropes(ctx.s()))}};
 }
 
 void PrintText(CliContext& ctx) {
@@ -140,6 +142,7 @@ void PrintText(CliContext& ctx) {
             << "  Λ21=" << io::FormatNumber(u.DerivedWilson2, " ##0.00000000") << '\n';
   std::cout << "T max=" << io::FormatNumber(u.CurveTMax, "####.#0")
             << "  T min=" << io::FormatNumber(u.CurveTMin, "####.#0") << '\n';
+  PrintAzeotropesText(FindUnifacAzeotropes(s), "T", "C");
   io::ReportTable t;
   t.view = "curve";
   t.columns = {"x1", "y1", "T(C)", "gamma1", "gamma2"};

@@ -1,8 +1,11 @@
 // Binary parameter estimation on the command line: the examples and the run of a case file.
 #include <cmath>
 #include <iostream>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "cli/beyond_output.h"
 #include "cli/command_registry.h"
 #include "cli/example_registry.h"
 #include "io/record_writer.h"
@@ -36,6 +39,7 @@ struct VleOptions {
   std::string file;
   std::string calcType;
   std::string objective;
+  bool consistency = false;
 };
 
 // A whole-number option within [min, max]; a bad value is refused naming the option.
@@ -63,6 +67,20 @@ Json CurveNumber(CliContext& ctx, double v, std::string_view what) {
   return JsonNumber(ctx, v, what);
 }
 
+// --consistency: the tests of the measured data instead of a fit.
+int PrintVLEConsistency(CliContext& ctx) {
+  auto& s = ctx.s();
+  const ConsistencyResult r = TestVLEConsistency(s);
+  if (ctx.json) {
+    PrintJson(ctx, {{"consistency", ConsistencyJson(ctx, r)}});
+    return 0;
+  }
+  for (const auto& m : r.messages) ctx.dialogs.Message(m);
+  if (!ctx.csv) PrintConsistencyText(r);
+  PrintTable(ctx, ConsistencyTable(s, r));
+  return 0;
+}
+
 int RunVle(CliContext& ctx, const VleOptions& o) {
   auto& s = ctx.s();
   int calcType = 0, objective = 0;
@@ -84,7 +102,10 @@ int RunVle(CliContext& ctx, const VleOptions& o) {
     fields.CalcTypeIndex = calcType - 1;
   }
   if (objective != 0) fields.ObjectiveIndex = objective - 1;
+  // The consistency tests need the measured points, which only the estimate types read.
+  if (o.consistency) fields.CalcTypeIndex = (fields.CalcTypeIndex % 2 == 0) ? 0 : 1;
   if (!RunVLECalcDriver(s, fields)) return Refused(ctx);
+  if (o.consistency) return PrintVLEConsistency(ctx);
 
   const VLEDataCase& c = s.VLE;
   RegressionResult fit;
@@ -94,6 +115,9 @@ int RunVle(CliContext& ctx, const VleOptions& o) {
     fit = MarquardtRegression(s);
   }
   VLEGraphData graph = DrawVLEGraph(s);
+  const std::vector<Azeotrope> azeotropes = FindVLEAzeotropes(s);
+  std::optional<VLEStatistics> statistics;
+  if (IsEstimateType(c.CalcType)) statistics = CalcVLEStatistics(s);
 
   const bool wilson = IsWilsonType(c.CalcType);
   const double p12 = wilson ? c.WilsonLambda12 : c.NrtlTau12;
@@ -123,11 +147,17 @@ int RunVle(CliContext& ctx, const VleOptions& o) {
         {"evaluations", fit.evaluations},
         {"passes", fit.passes},
         {"gamma_exp", std::move(gammaExp)},
-        {"curve", std::move(curve)}};
+        {"curve", std::move(curve)},
+        {"statistics", statistics ? StatisticsJson(ctx, *statistics) : Json(nullptr)},
+        {"azeotropes", AzeotropesJson(ctx, azeotropes)}};
     PrintJson(ctx, std::move(object));
     return 0;
   }
 
+  if (ctx.csv && statistics) {
+    PrintTable(ctx, ResidualTable(*statistics));
+    return 0;
+  }
   io::ReportTable table;
   table.view = "curve";
   const bool isobaric = c.TPType == 0;
@@ -157,6 +187,21 @@ int RunVle(CliContext& ctx, const VleOptions& o) {
                 << '\n';
       std::cout << "evaluations " << fit.evaluations << ", passes " << fit.passes << "\n\n";
     }
+    if (statistics) {
+      PrintStatisticsText(*statistics, wilson ? "Lambda12" : "tau12",
+                          wilson ? "Lambda21" : "tau21");
+      PrintTable(ctx, ResidualTable(*statistics));
+      std::cout << '\n';
+    }
+    // The azeotropes and the residuals are in the case's own units.
+    static constexpr const char* kTempUnits[] = {"C", "C", "K", "F"};
+    static constexpr const char* kPressUnits[] = {"mmHg",  "MPa",     "KPa", "mmHg",
+                                                  "mmH2O", "Kgf/cm2", "PSIA"};
+    const int tu = (c.VLETempUnit >= 1 && c.VLETempUnit <= 3) ? c.VLETempUnit : 0;
+    const int pu = (c.VLEPressUnit >= 1 && c.VLEPressUnit <= 6) ? c.VLEPressUnit : 0;
+    PrintAzeotropesText(azeotropes, isobaric ? "T" : "P",
+                        isobaric ? kTempUnits[tu] : kPressUnits[pu]);
+    std::cout << '\n';
   }
   PrintTable(ctx, table);
   return 0;
@@ -171,6 +216,8 @@ CommandRegistrar reg(60, [](CLI::App& app, CliContext& ctx) {
                   "1 estimate Wilson, 2 estimate NRTL, 3 V-L by Wilson, 4 V-L by NRTL");
   cmd->add_option("--objective", vle.objective,
                   "1 Q=x*log(r'-r), 2 Gamma1=r'-r, 3 Gamma2=log(r2/r1), 4 y1=y'-y, 5 y2=y'/y");
+  cmd->add_flag("--consistency", vle.consistency,
+                "Test the measured data for consistency (area and point tests) instead of a fit");
   cmd->callback([&ctx] { ctx.action = [&ctx] { return RunVle(ctx, vle); }; });
 });
 

@@ -8,6 +8,7 @@
 #include "cli/command_registry.h"
 #include "cli/example_registry.h"
 #include "io/display_format.h"
+#include "io/record_writer.h"
 #include "purecomp/pure_engine.h"
 #include "state/errors.h"
 
@@ -271,6 +272,9 @@ void PrintText(const PureComponentEstimate& p) {
 }
 
 Json ReadJsonFile(const std::string& path) {
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec))
+    throw InputRefused("Cannot read the case file " + path + ": it is a folder");
   std::ifstream f(path, std::ios::binary);
   if (!f) throw InputRefused("Cannot open the case file: " + path);
   std::stringstream text;
@@ -287,9 +291,13 @@ ExampleRegistrar example({"purecomp",
                           {1},
                           1,
                           [](CliContext& ctx, int, const std::filesystem::path& out) {
-                            std::ofstream f(out, std::ios::binary | std::ios::trunc);
-                            if (!(f << ExampleCase().dump(2) << '\n') || !f.flush())
-                              return Refuse(ctx, "Cannot write " + out.string());
+                            // Through a temporary file: an older case of the same name
+                            // survives a crash during the save.
+                            try {
+                              io::SaveFileAtomically(out, ExampleCase().dump(2) + '\n');
+                            } catch (const FileWriteError& e) {
+                              return Refuse(ctx, e.what());
+                            }
                             std::cerr << "Wrote " << out.string() << '\n';
                             return 0;
                           }});
@@ -302,7 +310,13 @@ CommandRegistrar reg(80, [](CLI::App& app, CliContext& ctx) {
     ctx.action = [&ctx] {
       auto& s = ctx.s();
       PureComponentInput input;
-      ReadPureCase(ReadJsonFile(file), s, input);
+      try {
+        ReadPureCase(ReadJsonFile(file), s, input);
+      } catch (const InputRefused& e) {
+        // Every refusal names the file it came from.
+        const std::string m = e.what();
+        throw InputRefused(m.find(file) == std::string::npos ? file + ": " + m : m);
+      }
       RunPureComponentEstimation(s, input);
       if (ctx.json) {
         PrintJson(ctx, ResultJson(ctx));

@@ -1,0 +1,115 @@
+// No NaN or infinity reaches a printed result, in text or JSON, without a message saying what
+// went wrong: the built-in examples perturbed (zero or negative Antoine C, zero pressure, an
+// all-zero composition, a zero molecular weight, a reversed temperature range) and every number
+// of the output checked.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <nlohmann/json.hpp>
+#include <regex>
+
+#include "hardening/case_kinds.h"
+
+namespace tervale::hardening {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// One perturbation: JSON pointers set to values.
+struct Perturbation {
+  std::string name;
+  std::vector<std::pair<std::string, Json>> set;
+};
+
+std::map<std::string, std::vector<Perturbation>> Perturbations() {
+  return {
+      {"purecomp",
+       {
+           {"zero molecular weight", {{"/mol_weight", 0}}},
+           {"negative molecular weight", {{"/mol_weight", -86}}},
+           {"reversed temperature range", {{"/temp_low_c", 200}, {"/temp_high_c", 0}}},
+           {"equal temperatures", {{"/temp_low_c", 50}, {"/temp_high_c", 50}}},
+           {"boiling point at absolute zero", {{"/tb_c", -273.15}}},
+           {"boiling point above the range", {{"/tb_c", 5000}}},
+           {"no groups at all", {{"/groups", Json::object()}}},
+           {"zero reference density", {{"/spencer_danner/rho_ref", 0}}},
+           {"temperature below absolute zero", {{"/temp_low_c", -400}}},
+       }},
+      {"antoine",
+       {
+           {"zero pressure", {{"/pressure", 0}}},
+           {"reversed temperature range", {{"/temp_low_c", 200}, {"/temp_high_c", 0}}},
+       }},
+      {"unifac",
+       {
+           {"zero Antoine C", {{"/components/0/antoine/2", 0}}},
+           {"negative Antoine C", {{"/components/0/antoine/2", -300}}},
+           {"zero pressure", {{"/pressure", 0}}},
+       }},
+  };
+}
+
+// Applies the perturbation where its keys exist in the case; false when none applied.
+bool Apply(Json& c, const Perturbation& p) {
+  bool any = false;
+  for (const auto& [pointer, value] : p.set) {
+    const Json::json_pointer at(pointer);
+    if (!c.contains(at.parent_pointer())) continue;
+    c[at] = value;
+    any = true;
+  }
+  return any;
+}
+
+bool HasNonFiniteText(const std::string& text) {
+  static const std::regex word(R"((^|[^A-Za-z])(-?nan|-?inf|NaN|-?Infinity)([^A-Za-z]|$))",
+                               std::regex::icase);
+  return std::regex_search(text, word);
+}
+
+TEST(NoSilentNaN, PerturbedExamplesNeverShowANonFiniteNumberWithoutAMessage) {
+  if (!fs::exists(CliPath())) GTEST_SKIP() << "tervale-cli is not built";
+  const auto all = Perturbations();
+  for (const auto& kind : CliCaseKinds()) {
+    SCOPED_TRACE(kind.name);
+    ScratchDir dir("nan_" + kind.name);
+    const fs::path exampleFile = dir.path() / "example.json";
+    ASSERT_EQ(RunCli(kind.exampleArgs + " -o " + exampleFile.string(), dir.path()).status, 0);
+    const Json example = Json::parse(ReadBytes(exampleFile));
+    auto it = all.find(kind.name);
+    ASSERT_NE(it, all.end()) << "no perturbations listed for " << kind.name;
+    int applied = 0;
+    for (const auto& p : it->second) {
+      SCOPED_TRACE(p.name);
+      Json c = example;
+      if (!Apply(c, p)) continue;
+      ++applied;
+      const fs::path file = dir.path() / "case.json";
+      WriteBytes(file, c.dump(2));
+      // JSON: a value that is not finite is null, and then a message says why.
+      const CliRun j = RunCli("--json " + kind.runArgs + " " + file.string(), dir.path());
+      ASSERT_EQ(j.signal, 0) << j.err;
+      ASSERT_TRUE(j.status == 0 || j.status == 2) << j.status << ": " << j.err;
+      const Json out = Json::parse(j.out);
+      int nulls = 0;
+      std::function<void(const Json&)> count = [&](const Json& v) {
+        if (v.is_null()) ++nulls;
+        if (v.is_number_float() && !std::isfinite(v.get<double>())) ++nulls;
+        if (v.is_structured())
+          for (const auto& e : v) count(e);
+      };
+      for (auto e = out.begin(); e != out.end(); ++e)
+        if (e.key() != "messages") count(e.value());
+      if (nulls > 0)
+        EXPECT_FALSE(out["messages"].empty()) << nulls << " values left out without a message";
+      // Text: "NaN" or "Infinity" printed only together with a message.
+      const CliRun t = RunCli(kind.runArgs + " " + file.string(), dir.path());
+      ASSERT_EQ(t.signal, 0) << t.err;
+      if (HasNonFiniteText(t.out)) EXPECT_FALSE(t.err.empty()) << t.out;
+    }
+    EXPECT_GT(applied, 0) << "no perturbation applies to the example";
+  }
+}
+
+}  // namespace
+}  // namespace tervale::hardening

@@ -1,0 +1,356 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "regress/vle_case.h"
+#include "state/errors.h"
+#include "state/shared_state.h"
+
+namespace tervale {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Fixture {
+  std::unique_ptr<SharedCalcState> s = MakeSharedCalcState();
+  RecordingDialogs dialogs;
+  Fixture() {
+    s->Dialogs = &dialogs;
+    s->LanguageFlag = 1;
+  }
+  std::string LastMessage() const {
+    return dialogs.messages.empty() ? "" : dialogs.messages.back();
+  }
+};
+
+fs::path TempFile(const std::string& name) {
+  fs::path dir = fs::temp_directory_path() / "tervale_regress_test";
+  fs::create_directories(dir);
+  return dir / name;
+}
+
+std::string ReadAll(const fs::path& p) {
+  std::ifstream in(p, std::ios::binary);
+  std::stringstream ss;
+  ss << in.rdbuf();
+  return ss.str();
+}
+
+TEST(VLECase, DefaultsOfInitialize) {
+  Fixture f;
+  f.s->VLE.NVLEData = 7;
+  f.s->VLE.VLEPressure = 100;
+  InitializeVLECase(*f.s);
+  const VLEDataCase& c = f.s->VLE;
+  EXPECT_EQ(c.TPType, 0);
+  EXPECT_EQ(c.VLETempUnit, 1);
+  EXPECT_EQ(c.VLEPressUnit, 3);
+  EXPECT_EQ(c.VLETemperature, 60);
+  EXPECT_EQ(c.VLEPressure, 760);
+  EXPECT_EQ(c.NVLEData, 0);
+  EXPECT_EQ(c.CalcType, 1);
+  EXPECT_EQ(c.ObjectiveFunc, 0);
+  EXPECT_EQ(c.NrtlAlpha, 0.4);
+  EXPECT_EQ(c.WilsonLambda12, 0);
+  EXPECT_EQ(c.GraphXMax, 1);
+  EXPECT_EQ(c.GraphYMax, 1);
+}
+
+TEST(VLECase, ExamplesHoldAllTheirPointsAndExampleThreeChangesNothing) {
+  Fixture f;
+  ASSERT_TRUE(LoadVLEExample(*f.s, 1));
+  EXPECT_EQ(f.s->VLE.ComponentName[1], "Methanol");
+  EXPECT_EQ(f.s->VLE.NVLEData, 12);
+  EXPECT_EQ(f.s->VLE.DataTemp[12], 65.0);
+  EXPECT_EQ(f.s->VLE.DataY[12], 0.975);
+  EXPECT_EQ(f.s->VLE.AntoineC[2], 233.426);
+  EXPECT_NE(f.s->VLE.MemoLine[2].find("Wilson定数の文献値"), std::string::npos);
+  ASSERT_TRUE(LoadVLEExample(*f.s, 2));
+  EXPECT_EQ(f.s->VLE.ComponentName[2], "ＷＡＴＥＲ");
+  EXPECT_EQ(f.s->VLE.NVLEData, 20);
+  EXPECT_EQ(f.s->VLE.DataTemp[9], 80.65);
+  EXPECT_EQ(f.s->VLE.DataX[20], 0.941);
+  EXPECT_EQ(f.s->VLE.VLEPressure, 760);
+  EXPECT_EQ(f.s->VLE.CalcType, 1);
+  EXPECT_FALSE(LoadVLEExample(*f.s, 3));
+  EXPECT_EQ(f.LastMessage(), "未だ例題データを準備していません。");
+  EXPECT_EQ(f.s->VLE.NVLEData, 20);
+}
+
+TEST(VLECase, FileRoundTrip) {
+  Fixture f;
+  LoadVLEExample(*f.s, 2);
+  f.s->VLE.TPType = 1;
+  f.s->VLE.VLETemperature = 55.5;
+  f.s->VLE.DataPress[3] = 123.456789;
+  f.s->VLE.WilsonLambda12 = 0.1 + 0.2;  // a value that needs all its digits
+  f.s->VLE.NrtlTau21 = -1.5e-7;
+  f.s->VLE.NrtlAlpha = 0.3;
+  fs::path p = TempFile("round.dat");
+  SaveVLEDataFile(*f.s, p);
+  const std::string first = ReadAll(p);
+  EXPECT_EQ(first.rfind("\"V_L Equibrium Data\"\r\n", 0), 0u);
+
+  Fixture g;
+  ASSERT_TRUE(ReadVLEDataFile(*g.s, p));
+  const VLEDataCase& a = f.s->VLE;
+  const VLEDataCase& b = g.s->VLE;
+  EXPECT_EQ(b.MemoLine, a.MemoLine);
+  EXPECT_EQ(b.ComponentName, a.ComponentName);
+  EXPECT_EQ(b.AntoineB, a.AntoineB);
+  EXPECT_EQ(b.TPType, 1);
+  EXPECT_EQ(b.VLETemperature, 55.5);
+  EXPECT_EQ(b.NVLEData, 20);
+  EXPECT_EQ(b.DataPress[3], 123.456789);
+  EXPECT_EQ(b.DataX, a.DataX);
+  EXPECT_EQ(b.DataY, a.DataY);
+  EXPECT_EQ(b.WilsonLambda12, 0.1 + 0.2);
+  EXPECT_EQ(b.NrtlTau21, -1.5e-7);
+  EXPECT_EQ(b.NrtlAlpha, 0.3);
+  EXPECT_EQ(b.ObjectiveFunc, a.ObjectiveFunc);
+  SaveVLEDataFile(*g.s, p);
+  EXPECT_EQ(ReadAll(p), first);
+
+  // No data points: an empty grid, no message.
+  InitializeVLECase(*f.s);
+  SaveVLEDataFile(*f.s, p);
+  Fixture h;
+  ASSERT_TRUE(ReadVLEDataFile(*h.s, p));
+  EXPECT_EQ(h.s->VLE.NVLEData, 0);
+  EXPECT_TRUE(h.dialogs.messages.empty());
+}
+
+TEST(VLECase, WrongAndTruncatedFiles) {
+  Fixture f;
+  LoadVLEExample(*f.s, 1);
+  fs::path p = TempFile("wrong.dat");
+  {
+    std::ofstream out(p, std::ios::binary);
+    out << "\"Distillation Data\"\r\n\"memo\"\r\n";
+  }
+  EXPECT_FALSE(ReadVLEDataFile(*f.s, p));
+  EXPECT_EQ(f.LastMessage(), "not Vapor-Liquid Equibrium Data");
+  EXPECT_EQ(f.s->VLE.NVLEData, 12);  // untouched
+  f.s->LanguageFlag = 0;
+  EXPECT_FALSE(ReadVLEDataFile(*f.s, p));
+  EXPECT_EQ(f.LastMessage(), "気液平衡のデータファイルではありません。");
+
+  // A missing file is an error and leaves the case alone.
+  EXPECT_THROW(ReadVLEDataFile(*f.s, TempFile("no-such-file.dat")), FileReadError);
+  EXPECT_EQ(f.s->VLE.NVLEData, 12);
+
+  // Cut short in the middle of the data: a read error naming the place, the case cleared.
+  Fixture g;
+  LoadVLEExample(*g.s, 1);
+  const std::string whole = FormatVLEDataFile(g.s->VLE);
+  const size_t cut = whole.find("73.1,");
+  ASSERT_NE(cut, std::string::npos);
+  {
+    std::ofstream out(p, std::ios::binary);
+    out << whole.substr(0, cut);
+  }
+  try {
+    ReadVLEDataFile(*g.s, p);
+    FAIL() << "a truncated file was read";
+  } catch (const FileReadError& e) {
+    EXPECT_GT(e.line, 20);
+    EXPECT_NE(std::string(e.what()).size(), 0u);
+  }
+  EXPECT_EQ(g.s->VLE.NVLEData, 0);
+  EXPECT_TRUE(g.s->VLE.ComponentName[1].empty());
+  EXPECT_EQ(g.s->VLE.AntoineA[1], 0);
+  EXPECT_EQ(g.s->VLE.VLEPressure, 760);
+
+  // A count beyond the limit is an error, never an overflow.
+  std::string big = whole;
+  big.replace(big.find("0,1,3,60,760,12,"), 16, "0,1,3,60,760,51,");
+  {
+    std::ofstream out(p, std::ios::binary);
+    out << big;
+  }
+  EXPECT_THROW(ReadVLEDataFile(*g.s, p), FileReadError);
+  EXPECT_EQ(g.s->VLE.NVLEData, 0);
+}
+
+TEST(VLECase, ReadAndSaveAskFirst) {
+  Fixture f;
+  LoadVLEExample(*f.s, 1);
+  fs::path p = TempFile("asked.dat");
+  fs::remove(p);
+  f.dialogs.preparedAnswers = {Answer::No};
+  EXPECT_FALSE(SaveVLEDataCommand(*f.s, p));
+  EXPECT_EQ(f.LastMessage(), "Save [ asked.dat ]");
+  EXPECT_FALSE(fs::exists(p));
+  EXPECT_TRUE(SaveVLEDataCommand(*f.s, p));  // Yes; no further question for a new file
+  EXPECT_EQ(f.LastMessage(), "Save [ asked.dat ]");
+  f.dialogs.preparedAnswers = {Answer::Yes, Answer::Cancel};
+  f.s->VLE.NVLEData = 3;
+  EXPECT_FALSE(SaveVLEDataCommand(*f.s, p));
+  EXPECT_EQ(f.LastMessage(), "exsist [ asked.dat ], over-write");
+
+  Fixture g;
+  g.s->LanguageFlag = 0;
+  g.dialogs.preparedAnswers = {Answer::Cancel};
+  EXPECT_FALSE(ReadVLEDataCommand(*g.s, p));
+  EXPECT_EQ(g.LastMessage(), "[ asked.dat ] を読み込みます？");
+  EXPECT_EQ(g.s->VLE.NVLEData, 0);
+  EXPECT_TRUE(ReadVLEDataCommand(*g.s, p));
+  EXPECT_EQ(g.s->VLE.NVLEData, 12);  // the overwrite was refused
+}
+
+TEST(VLECase, LenientNumbers) {
+  EXPECT_EQ(ReadNumberLeniently("12.5"), 12.5);
+  EXPECT_EQ(ReadNumberLeniently(" 3abc"), 3);
+  EXPECT_EQ(ReadNumberLeniently("abc"), 0);
+  EXPECT_EQ(ReadNumberLeniently("-.5"), -0.5);
+  EXPECT_EQ(ReadNumberLeniently("1.5E-3x"), 1.5e-3);
+  EXPECT_EQ(ReadNumberLeniently("2E"), 2);
+  EXPECT_TRUE(IsBlankField("  "));
+  EXPECT_FALSE(IsBlankField(" 0"));
+}
+
+// The screen after example 1, as a user would see it.
+VLEScreenFields Example1Fields(Fixture& f) {
+  LoadVLEExample(*f.s, 1);
+  return DisplayVLECase(*f.s);
+}
+
+TEST(VLEDriver, AcceptsExampleAndDerivesMeasuredGammas) {
+  Fixture f;
+  VLEScreenFields fields = Example1Fields(f);
+  EXPECT_TRUE(fields.Para12Text.empty());  // a cleared pair shows blank fields
+  ASSERT_TRUE(RunVLECalcDriver(*f.s, fields)) << f.LastMessage();
+  const VLEDataCase& c = f.s->VLE;
+  EXPECT_EQ(c.WilsonLambda12, 1);  // blank fields take the defaults
+  EXPECT_EQ(c.WilsonLambda21, 1);
+  EXPECT_EQ(c.ObjectiveFunc, 1);
+  EXPECT_EQ(c.NVLEData, 12);
+  EXPECT_NEAR(c.VLEPressure, 760, 1e-9);
+  double mean = 0;
+  for (int i = 1; i <= 12; ++i) mean += c.DataTemp[i];
+  mean /= 12;
+  for (int i = 1; i <= 12; ++i) {
+    EXPECT_DOUBLE_EQ(c.CalcTemp[i], mean);
+    // measured gamma from the vapour pressure at the point's own temperature
+    const double p1 = std::pow(10.0, 7.8786 - 1473.11 / (c.DataTemp[i] + 230.0));
+    const double p2 = std::pow(10.0, 8.07131 - 1730.63 / (c.DataTemp[i] + 233.426));
+    EXPECT_NEAR(c.GammaExp[i][1], c.VLEPressure * c.DataY[i] / (p1 * c.DataX[i]), 1e-12);
+    EXPECT_NEAR(c.GammaExp[i][2], (1 - c.DataY[i]) * c.VLEPressure / (p2 * (1 - c.DataX[i])),
+                1e-12);
+  }
+  // Methanol-water deviates positively from Raoult's law.
+  EXPECT_GT(c.GammaExp[1][1], 1.5);
+}
+
+TEST(VLEDriver, UnitsAndParameterFields) {
+  Fixture f;
+  VLEScreenFields fields = Example1Fields(f);
+  fields.PressUnitIndex = 1;  // KPa
+  fields.PressText = "101.325";
+  fields.TempUnitIndex = 1;  // K
+  for (auto& row : fields.DataRows) row[0] = std::to_string(std::stod(row[0]) + 273.15);
+  fields.Para12Text = "0.5";
+  fields.Para21Text = "";
+  ASSERT_TRUE(RunVLECalcDriver(*f.s, fields)) << f.LastMessage();
+  const VLEDataCase& c = f.s->VLE;
+  EXPECT_DOUBLE_EQ(c.VLEPressure, 101.325 * 0.001 / 0.00013322);
+  EXPECT_NEAR(c.DataTemp[1], 96.4, 1e-9);
+  EXPECT_EQ(c.VLEPressUnit, 2);
+  EXPECT_EQ(c.WilsonLambda12, 0.5);
+  EXPECT_EQ(c.WilsonLambda21, 0);     // a blank second field reads as 0
+  EXPECT_EQ(f.s->Unit.PressUnit, 3);  // the suite's own selection is left alone
+
+  // NRTL: blank tau gives 0, blank alpha 0.4.
+  fields.CalcTypeIndex = 1;
+  fields.Para12Text = "";
+  fields.AlphaText = "";
+  ASSERT_TRUE(RunVLECalcDriver(*f.s, fields));
+  EXPECT_EQ(f.s->VLE.NrtlTau12, 0);
+  EXPECT_EQ(f.s->VLE.NrtlAlpha, 0.4);
+  EXPECT_EQ(f.s->VLE.WilsonLambda12, 0.5);  // the Wilson pair keeps its own values
+
+  // Constant temperature: measured pressures through the unit, gammas at the fixed T.
+  fields = Example1Fields(f);
+  fields.TPType = 1;
+  fields.TempText = "70";
+  fields.PressUnitIndex = 0;  // MPa
+  fields.DataRows = {{"0.05", "0.3", "0.6"}};
+  ASSERT_TRUE(RunVLECalcDriver(*f.s, fields));
+  const VLEDataCase& d = f.s->VLE;
+  EXPECT_DOUBLE_EQ(d.DataPress[1], 0.05 / 0.00013322);
+  const double p1 = std::pow(10.0, 7.8786 - 1473.11 / (70 + 230.0));
+  EXPECT_NEAR(d.GammaExp[1][1], 0.6 * d.DataPress[1] / (p1 * 0.3), 1e-12);
+}
+
+TEST(VLEDriver, RefusalsInOrderLeaveTheCaseAsItWas) {
+  Fixture f;
+  VLEScreenFields good = Example1Fields(f);
+  ASSERT_TRUE(RunVLECalcDriver(*f.s, good));
+  const std::string before = FormatVLEDataFile(f.s->VLE);
+
+  auto refused = [&](VLEScreenFields fields, const std::string& message) {
+    const size_t n = f.dialogs.messages.size();
+    EXPECT_FALSE(RunVLECalcDriver(*f.s, fields));
+    ASSERT_EQ(f.dialogs.messages.size(), n + 1);
+    EXPECT_EQ(f.LastMessage(), message);
+    EXPECT_EQ(FormatVLEDataFile(f.s->VLE), before);
+  };
+  VLEScreenFields v = good;
+  v.PressText = " ";
+  v.Name[1] = "";  // the pressure comes first
+  refused(v, "No Pressure Data");
+  v = good;
+  v.TPType = 1;
+  v.TempText = "";
+  refused(v, "No Temperature Data");
+  v = good;
+  v.Name[2] = "";
+  refused(v, "No Component Name");
+  v = good;
+  v.CText[2] = "0";
+  refused(v, "No Antoine's parameters");
+  v = good;
+  v.AText[1] = "abc";  // unreadable counts as 0
+  refused(v, "No Antoine's parameters");
+  v = good;
+  v.DataRows[3][1] = "1";
+  refused(v, "out of X range(0-1)");
+  v = good;
+  v.DataRows[0][2] = "0";
+  refused(v, "out of Y range(0-1)");
+  v = good;
+  v.DataRows.clear();
+  refused(v, "No VLE Data");
+  v = good;
+  v.DataRows[0][0] = "";  // a gap in the first row ends the data at once
+  refused(v, "No VLE Data");
+  v = good;
+  while (v.DataRows.size() < 51) v.DataRows.push_back({"70", "0.5", "0.7"});
+  refused(v, "Over Max Data (50)");
+  f.s->LanguageFlag = 0;
+  refused(v, "データの最大数50を越えています。");
+  v.DataRows.resize(50);
+  EXPECT_TRUE(RunVLECalcDriver(*f.s, v));
+  EXPECT_EQ(f.s->VLE.NVLEData, 50);
+
+  // A gap row ends the data silently; rows beneath it are ignored.
+  v = good;
+  v.DataRows[5][0] = " ";
+  v.DataRows[7][1] = "7";  // would be refused if it were read
+  EXPECT_TRUE(RunVLECalcDriver(*f.s, v));
+  EXPECT_EQ(f.s->VLE.NVLEData, 5);
+
+  // The calculate types accept an empty grid and keep the old points.
+  v = good;
+  v.CalcTypeIndex = 2;
+  v.DataRows.clear();
+  EXPECT_TRUE(RunVLECalcDriver(*f.s, v));
+  EXPECT_EQ(f.s->VLE.NVLEData, 5);
+  EXPECT_EQ(f.s->VLE.CalcType, 3);
+}
+
+}  // namespace
+}  // namespace tervale

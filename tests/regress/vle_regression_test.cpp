@@ -1,0 +1,444 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "regress/vle_case.h"
+#include "regress/vle_graph.h"
+#include "regress/vle_regression.h"
+#include "state/shared_state.h"
+
+namespace tervale {
+namespace {
+
+struct Fixture {
+  std::unique_ptr<SharedCalcState> s = MakeSharedCalcState();
+  RecordingDialogs dialogs;
+  Fixture() {
+    s->Dialogs = &dialogs;
+    s->LanguageFlag = 1;
+  }
+  VLEDataCase& c() { return s->VLE; }
+  // Example `number` through the Calc driver with the chosen type and objective.
+  void Calc(int number, int calcType, int objective) {
+    LoadVLEExample(*s, number);
+    VLEScreenFields f = DisplayVLECase(*s);
+    f.CalcTypeIndex = calcType - 1;
+    f.ObjectiveIndex = objective - 1;
+    ASSERT_TRUE(RunVLECalcDriver(*s, f));
+  }
+};
+
+// Textbook NRTL for a binary, written independently of the routine.
+void NrtlReference(double x1, double t12, double t21, double a, double& g1, double& g2) {
+  const double x2 = 1 - x1, G12 = std::exp(-a * t12), G21 = std::exp(-a * t21);
+  g1 =
+      std::exp(x2 * x2 *
+               (t21 * std::pow(G21 / (x1 + x2 * G21), 2) + t12 * G12 / std::pow(x2 + x1 * G12, 2)));
+  g2 =
+      std::exp(x1 * x1 *
+               (t12 * std::pow(G12 / (x2 + x1 * G12), 2) + t21 * G21 / std::pow(x1 + x2 * G21, 2)));
+}
+
+TEST(VLEModels, WilsonAndNrtl) {
+  Fixture f;
+  double g1 = 0, g2 = 0;
+  // Wilson with unit parameters is Raoult's law.
+  f.c().CalcType = 1;
+  f.c().WilsonLambda12 = f.c().WilsonLambda21 = 1;
+  CalcActivityCoeff(*f.s, 0.3, g1, g2);
+  EXPECT_DOUBLE_EQ(g1, 1);
+  EXPECT_DOUBLE_EQ(g2, 1);
+  // Infinite dilution: ln g1 = 1 - ln L12 - L21.
+  f.c().WilsonLambda12 = 0.43045;
+  f.c().WilsonLambda21 = 0.94934;
+  CalcActivityCoeff(*f.s, 0.0, g1, g2);
+  EXPECT_NEAR(std::log(g1), 1 - std::log(0.43045) - 0.94934, 1e-12);
+  EXPECT_DOUBLE_EQ(g2, 1);
+  // A non-positive sum gives the floor without a message.
+  f.c().WilsonLambda12 = -2;
+  CalcActivityCoeff(*f.s, 0.2, g1, g2);
+  EXPECT_EQ(g1, 0.00001);
+  EXPECT_TRUE(f.dialogs.messages.empty());
+
+  f.c().CalcType = 4;
+  f.c().NrtlTau12 = 0.8;
+  f.c().NrtlTau21 = -0.3;
+  f.c().NrtlAlpha = 0.3;
+  for (double x : {0.0, 0.1, 0.5, 0.93, 1.0}) {
+    double r1 = 0, r2 = 0;
+    CalcActivityCoeff(*f.s, x, g1, g2);
+    NrtlReference(x, 0.8, -0.3, 0.3, r1, r2);
+    EXPECT_NEAR(g1, r1, 1e-13) << x;
+    EXPECT_NEAR(g2, r2, 1e-13) << x;
+  }
+}
+
+TEST(VLEModels, BubblePointsMeetTheAntoineEquation) {
+  Fixture f;
+  LoadVLEExample(*f.s, 1);
+  f.c().CalcType = 1;
+  f.c().WilsonLambda12 = 0.43045;
+  f.c().WilsonLambda21 = 0.94934;
+  // Pure water boils where its vapour pressure is the pressure field.
+  const double tWater = 1730.63 / (8.07131 - std::log10(760.0)) - 233.426;
+  EXPECT_NEAR(CalcBubbleTempFromGamma(*f.s, 0.0, 0.0, 1.0, 1.0), tWater, 1e-4);
+  EXPECT_NEAR(f.c().VaporY2, 1.0, 1e-6);
+  // At a mixture's bubble temperature the partial pressures add up to P.
+  double g1 = 0, g2 = 0;
+  CalcActivityCoeff(*f.s, 0.3, g1, g2);
+  const double t = CalcBubbleTempFromGamma(*f.s, 80.0, 0.3, g1, g2);
+  const double p = CalcBubblePressFromGamma(*f.s, t, 0.3, g1, g2);
+  EXPECT_NEAR(p, 760, 760 * 1e-5);
+  EXPECT_NEAR(f.c().VaporY1 + f.c().VaporY2, 1, 1e-12);
+  EXPECT_NEAR(f.c().VaporY1, 0.665, 0.03);  // the measured point at x = 0.3
+}
+
+TEST(VLERegression, PerfectStartStopsAfterOnePass) {
+  for (int calcType : {1, 2}) {
+    for (int objective : {1, 2, 3}) {
+      Fixture f;
+      f.Calc(1, calcType, objective);
+      if (calcType == 1) {
+        f.c().WilsonLambda12 = 0.6;
+        f.c().WilsonLambda21 = 0.9;
+      } else {
+        f.c().NrtlTau12 = 0.2;
+        f.c().NrtlTau21 = 0.7;
+      }
+      const auto start = RegressedParameters(f.c());
+      for (int i = 1; i <= f.c().NVLEData; ++i) {
+        double g1 = 0, g2 = 0;
+        CalcActivityCoeff(*f.s, f.c().DataX[i], g1, g2);
+        f.c().GammaExp[i][1] = g1;
+        f.c().GammaExp[i][2] = g2;
+      }
+      RegressionResult r = MarquardtRegression(*f.s);
+      EXPECT_EQ(r.end, RegressionEnd::Converged);
+      EXPECT_EQ(r.passes, 1);
+      EXPECT_EQ(r.evaluations, 4);  // the start, two for the Jacobian, one trial
+      EXPECT_EQ(r.sumOfSquares, 0);
+      EXPECT_EQ(RegressedParameters(f.c()), start);
+    }
+  }
+}
+
+TEST(VLERegression, AnEqualSumOfSquaresIsAccepted) {
+  // The last residual is so large that no step changes the sum of squares in floating point:
+  // every trial ties with the accepted point. Accepted ties let the other residuals be fitted;
+  // rejected ties would never move the parameters.
+  Fixture f;
+  f.Calc(1, 1, 2);
+  VLEDataCase& c = f.c();
+  c.NVLEData = 2;
+  c.DataX[1] = 0.5;
+  c.GammaExp[1] = {0, 1.5, 1.2};
+  c.DataX[2] = 0.3;
+  c.GammaExp[2] = {0, 1.8, 1e20};
+  c.WilsonLambda12 = c.WilsonLambda21 = 1;
+  const double before = CalcObjectiveSum(*f.s);
+  auto fitted = [&] {
+    double sum = 0;
+    for (int i = 1; i <= 3; ++i) sum += c.ResidualVector[i] * c.ResidualVector[i];
+    return sum;
+  };
+  const double fittedBefore = fitted();
+  RegressionResult r = MarquardtRegression(*f.s);
+  EXPECT_EQ(r.end, RegressionEnd::Converged);
+  EXPECT_GT(r.passes, 2);
+  EXPECT_EQ(CalcObjectiveSum(*f.s), before);
+  EXPECT_LT(fitted(), 0.01 * fittedBefore);
+}
+
+TEST(VLERegression, OneDataPointWithObjectiveOneStaysSolvable) {
+  Fixture f;
+  f.Calc(1, 1, 1);
+  f.c().NVLEData = 1;
+  f.c().DataX[1] = f.c().DataX[5];
+  f.c().GammaExp[1] = f.c().GammaExp[5];
+  RegressionResult r = MarquardtRegression(*f.s);
+  EXPECT_NE(r.end, RegressionEnd::ArithmeticFault);
+  EXPECT_TRUE(std::isfinite(f.c().WilsonLambda12));
+  EXPECT_TRUE(std::isfinite(f.c().WilsonLambda21));
+  EXPECT_LT(CalcObjectiveSum(*f.s), 1e-10);
+  EXPECT_TRUE(f.dialogs.messages.empty());
+}
+
+TEST(VLERegression, ObjectiveFourAtConstantTemperatureUsesThePressureField) {
+  Fixture f;
+  LoadVLEExample(*f.s, 1);
+  VLEScreenFields fields = DisplayVLECase(*f.s);
+  fields.TPType = 1;
+  fields.TempText = "70";
+  fields.ObjectiveIndex = 3;
+  fields.DataRows = {{"300", "0.2", "0.5"}, {"500", "0.6", "0.8"}};
+  fields.Para12Text = "0.5";
+  fields.Para21Text = "0.9";
+  ASSERT_TRUE(RunVLECalcDriver(*f.s, fields));
+  VLEDataCase& c = f.c();
+  c.VLEPressure = 760;
+  const double at760 = CalcObjectiveSum(*f.s);
+  // The computed y is the bubble point at the pressure field, not at the measured pressures.
+  for (int i = 1; i <= 2; ++i) {
+    double g1 = 0, g2 = 0;
+    CalcActivityCoeff(*f.s, c.DataX[i], g1, g2);
+    const double p = CalcBubblePressFromGamma(*f.s, c.CalcTemp[i], c.DataX[i], g1, g2);
+    EXPECT_NEAR(p, 760, 0.01);
+  }
+  c.DataPress[1] = 1;  // measured pressures play no part once the gammas are known
+  c.DataPress[2] = 2;
+  EXPECT_NEAR(CalcObjectiveSum(*f.s), at760, 1e-12);
+  c.VLEPressure = 300;
+  EXPECT_GT(std::fabs(CalcObjectiveSum(*f.s) - at760), 1e-3);
+}
+
+TEST(VLERegression, Example1WilsonReproducesMeasuredY) {
+  Fixture f;
+  f.Calc(1, 1, 4);
+  RegressionResult r = MarquardtRegression(*f.s);
+  EXPECT_EQ(r.end, RegressionEnd::Converged);
+  EXPECT_LT(r.evaluations, 800 * 24);
+  const VLEDataCase& c = f.c();
+  EXPECT_NEAR(CalcObjectiveSum(*f.s), r.sumOfSquares, 1e-9);
+  for (int i = 1; i <= c.NVLEData; ++i) {
+    EXPECT_LT(std::fabs(c.ResidualVector[2 * i - 1]), 0.03) << "point " << i;
+    EXPECT_NEAR(c.VaporY1 + c.VaporY2, 1, 1e-5);
+  }
+  // The bubble temperatures found on the way are the measured ones, within a degree or so.
+  for (int i = 1; i <= c.NVLEData; ++i) EXPECT_NEAR(c.CalcTemp[i], c.DataTemp[i], 1.5) << i;
+}
+
+TEST(VLERegression, FitMovesTowardTheLiteratureValues) {
+  const double lit12 = 0.43045, lit21 = 0.94934;
+  for (int objective : {1, 3, 4}) {
+    Fixture f;
+    f.Calc(1, 1, objective);
+    const double d0 = std::hypot(f.c().WilsonLambda12 - lit12, f.c().WilsonLambda21 - lit21);
+    const double s0 = CalcObjectiveSum(*f.s);
+    RegressionResult r = MarquardtRegression(*f.s);
+    const double d1 = std::hypot(f.c().WilsonLambda12 - lit12, f.c().WilsonLambda21 - lit21);
+    EXPECT_LT(d1, 0.5 * d0) << objective;
+    EXPECT_LT(r.sumOfSquares, s0) << objective;
+  }
+  Fixture f;
+  f.Calc(1, 1, 1);
+  MarquardtRegression(*f.s);
+  EXPECT_NEAR(f.c().WilsonLambda12, lit12, 0.02);
+  EXPECT_NEAR(f.c().WilsonLambda21, lit21, 0.02);
+}
+
+TEST(VLERegression, NrtlFitsBothExamples) {
+  for (int example : {1, 2}) {
+    Fixture f;
+    f.Calc(example, 2, 4);
+    const double s0 = CalcObjectiveSum(*f.s);
+    RegressionResult r = MarquardtRegression(*f.s);
+    EXPECT_EQ(r.end, RegressionEnd::Converged);
+    EXPECT_LT(r.sumOfSquares, 0.1 * s0);
+    EXPECT_EQ(f.c().WilsonLambda12, 0);  // the other model's pair is not touched
+    EXPECT_EQ(f.c().NrtlAlpha, 0.4);
+  }
+}
+
+TEST(VLERegression, EveryObjectiveAndModelConvergesOnBothExamples) {
+  for (int example : {1, 2})
+    for (int calcType : {1, 2})
+      for (int objective = 1; objective <= 5; ++objective) {
+        Fixture f;
+        f.Calc(example, calcType, objective);
+        const double s0 = CalcObjectiveSum(*f.s);
+        RegressionResult r = MarquardtRegression(*f.s);
+        SCOPED_TRACE(testing::Message() << "example " << example << " type " << calcType
+                                        << " objective " << objective);
+        EXPECT_EQ(r.end, RegressionEnd::Converged);
+        EXPECT_LT(r.sumOfSquares, s0);
+        EXPECT_LE(r.evaluations, 800 * VLEResidualCount(f.c()));
+        const auto p = RegressedParameters(f.c());
+        EXPECT_TRUE(std::isfinite(p[1]) && std::isfinite(p[2]));
+        EXPECT_TRUE(f.dialogs.messages.empty());
+      }
+}
+
+TEST(VLERegression, ArithmeticFaultStopsAtTheLastAcceptedParameters) {
+  Fixture f;
+  f.Calc(1, 2, 1);
+  f.c().NrtlTau12 = -5000;  // exp(+2000) overflows
+  f.c().NrtlTau21 = 0.3;
+  RegressionResult r = MarquardtRegression(*f.s);
+  EXPECT_EQ(r.end, RegressionEnd::ArithmeticFault);
+  EXPECT_EQ(f.c().NrtlTau12, -5000);
+  EXPECT_EQ(f.c().NrtlTau21, 0.3);
+  ASSERT_EQ(f.dialogs.messages.size(), 1u);
+  EXPECT_NE(f.dialogs.messages[0].find("arithmetic fault"), std::string::npos);
+}
+
+TEST(VLERegression, StoreFollowsTheParityOfTheType) {
+  Fixture f;
+  f.c().CalcType = 3;
+  StoreRegressedParameters(*f.s, {0, 0.1, 0.2});
+  EXPECT_EQ(f.c().WilsonLambda21, 0.2);
+  f.c().CalcType = 4;
+  StoreRegressedParameters(*f.s, {0, 0.3, 0.4});
+  EXPECT_EQ(f.c().NrtlTau12, 0.3);
+  EXPECT_EQ(f.c().WilsonLambda12, 0.1);
+  EXPECT_EQ(ObjectiveShortCaption(1), "x*log(r'-r)");
+  EXPECT_EQ(ObjectiveShortCaption(5), "y'/y");
+}
+
+TEST(VLEGraph, AxisRounding) {
+  EXPECT_EQ(RoundAxisTop(99.9968), 100);
+  EXPECT_EQ(RoundAxisTop(100.0), 110);
+  EXPECT_EQ(RoundAxisBottom(64.5), 64);
+  EXPECT_EQ(RoundAxisTop(1234), 1300);
+  EXPECT_EQ(RoundAxisBottom(1234), 1200);
+  EXPECT_EQ(RoundGammaTop(1.0), 2);
+  EXPECT_EQ(RoundGammaTop(1.99), 2);
+  EXPECT_EQ(RoundGammaTop(2.0), 5);
+  EXPECT_EQ(RoundGammaTop(9.5), 10);
+  EXPECT_EQ(RoundGammaTop(19.9), 20);
+  EXPECT_EQ(RoundGammaTop(20.0), 50);
+}
+
+TEST(VLEGraph, CurveOfExample1) {
+  Fixture f;
+  f.Calc(1, 1, 1);
+  MarquardtRegression(*f.s);
+  VLEGraphData g = DrawVLEGraph(*f.s);
+  const VLEDataCase& c = f.c();
+  EXPECT_EQ(c.CurveX[1], 0);
+  EXPECT_EQ(c.CurveX[101], 0.5);
+  EXPECT_DOUBLE_EQ(c.CurveX[201], 1);
+  // The ends are the pure components at their Antoine boiling points.
+  EXPECT_NEAR(c.CurveTP[1], 1730.63 / (8.07131 - std::log10(760.0)) - 233.426, 1e-4);
+  EXPECT_NEAR(c.CurveTP[201], 1473.11 / (7.8786 - std::log10(760.0)) - 230.0, 1e-4);
+  EXPECT_NEAR(c.CurveY[201], 1, 1e-6);
+  for (int n = 2; n <= 201; ++n) {
+    EXPECT_LT(c.CurveTP[n], c.CurveTP[n - 1]);  // no azeotrope in methanol-water
+    EXPECT_GE(c.CurveY[n], c.CurveX[n]);
+  }
+  EXPECT_EQ(g.tpTop, 100);
+  EXPECT_EQ(g.tpBottom, 64);
+  EXPECT_NEAR(g.tpTick, 7.2, 1e-12);
+  EXPECT_EQ(g.gammaTop, 5);  // gamma1 at infinite dilution is about 2.5
+  ASSERT_EQ(g.points.size(), 12u);
+  EXPECT_EQ(g.points[0].tp, 96.4);
+  EXPECT_TRUE(g.objectiveShown);
+  EXPECT_EQ(g.objectiveCaption, "x*log(r'-r)");
+  EXPECT_FALSE(g.para12Text.empty());
+
+  // A narrower window samples inside it and leaves points outside undrawn.
+  ASSERT_TRUE(ApplyVLEChangeScale(*f.s, "0.5", "1", "0", "1"));
+  g = DrawVLEGraph(*f.s);
+  EXPECT_EQ(c.CurveX[1], 0.5);
+  EXPECT_FALSE(g.points[0].insideX);
+  EXPECT_TRUE(g.points[11].insideX);
+
+  // The calculate types draw no points and no objective.
+  f.Calc(1, 3, 1);
+  g = DrawVLEGraph(*f.s);
+  EXPECT_TRUE(g.points.empty());
+  EXPECT_FALSE(g.objectiveShown);
+}
+
+TEST(VLEGraph, ConstantTemperatureCurveInTheCaseUnit) {
+  Fixture f;
+  LoadVLEExample(*f.s, 1);
+  VLEScreenFields fields = DisplayVLECase(*f.s);
+  fields.TPType = 1;
+  fields.TempText = "50";
+  fields.PressUnitIndex = 1;  // KPa
+  fields.CalcTypeIndex = 2;
+  fields.Para12Text = "0.43045";
+  fields.Para21Text = "0.94934";
+  ASSERT_TRUE(RunVLECalcDriver(*f.s, fields));
+  VLEGraphData g = DrawVLEGraph(*f.s);
+  const double p2 = std::pow(10.0, 8.07131 - 1730.63 / (50 + 233.426));
+  EXPECT_NEAR(f.c().CurveTP[1], p2, 1e-9);                  // mmHg inside
+  EXPECT_NEAR(g.tpShown[1], p2 * 0.00013322 * 1000, 1e-9);  // KPa on the axis
+  EXPECT_GE(g.tpTop, g.tpShown[201]);
+  EXPECT_LE(g.tpBottom, g.tpShown[1]);
+}
+
+TEST(VLEGraph, MouseReadout) {
+  Fixture f;
+  f.Calc(1, 1, 1);
+  MarquardtRegression(*f.s);
+  DrawVLEGraph(*f.s);
+  const VLEDataCase& c = f.c();
+  const auto frame = VLEGraphFrame::ForPicture(2650, 2450);  // a 2000 x 2000 box
+  // Beyond the right margin: nothing changes.
+  EXPECT_TRUE(ReadVLEMouse(*f.s, frame, frame.right + 20, 1000).ignored);
+  EXPECT_TRUE(ReadVLEMouse(*f.s, frame, frame.left - 20, 1000).ignored);
+  // On measured point 4 (x = 0.2): a hit, with the measured values.
+  const double col = frame.ColumnOfX(c, 0.2), row = frame.RowOfY(c, c.DataY[4]);
+  VLEMouseReadout r = ReadVLEMouse(*f.s, frame, col + 5, row - 10);
+  ASSERT_TRUE(r.visible);
+  EXPECT_TRUE(r.hit);
+  EXPECT_EQ(r.dataIndex, 4);
+  EXPECT_EQ(r.x, 0.2);
+  EXPECT_EQ(r.index, 41);
+  EXPECT_EQ(r.y, c.CurveY[41]);
+  EXPECT_EQ(r.measuredY, 0.579);
+  EXPECT_EQ(r.xText, ".20000");
+  EXPECT_EQ(r.measuredYText, ".57900");
+  EXPECT_EQ(r.tpLabel, "Temp=");
+  EXPECT_EQ(r.tpUnit, "℃");
+  // On the curve away from any point: the curve's values; far from it: the panel hides.
+  const double rowCurve = frame.RowOfY(c, c.CurveY[171]);
+  r = ReadVLEMouseAt(*f.s, frame, 171, frame.ColumnOfX(c, 0.85), rowCurve + 20);
+  ASSERT_TRUE(r.visible);
+  EXPECT_FALSE(r.hit);
+  EXPECT_DOUBLE_EQ(r.x, 0.85);
+  EXPECT_TRUE(r.measuredYText.empty());
+  r = ReadVLEMouseAt(*f.s, frame, 171, frame.ColumnOfX(c, 0.85), rowCurve + 30);
+  EXPECT_FALSE(r.ignored);
+  EXPECT_FALSE(r.visible);
+}
+
+TEST(VLEDialogs, ChangeScaleChecksInOrder) {
+  Fixture f;
+  auto refused = [&](const char* a, const char* b, const char* c, const char* d,
+                     const std::string& message) {
+    EXPECT_FALSE(ApplyVLEChangeScale(*f.s, a, b, c, d));
+    EXPECT_EQ(f.dialogs.messages.back(), message);
+    EXPECT_EQ(f.c().GraphXMin, 0);
+    EXPECT_EQ(f.c().GraphXMax, 1);
+    EXPECT_EQ(f.c().GraphYMin, 0);
+    EXPECT_EQ(f.c().GraphYMax, 1);
+  };
+  refused("-0.1", "2", "0", "1", "Ｘ軸の下限が０以下です");
+  refused("0", "1.1", "0", "1", "Ｘ軸の上限が１以上です");
+  refused("0.5", "0.5", "0", "1", "Ｘ軸の下限≧上限です");
+  refused("0.2", "0.8", "-1", "1", "Ｙ軸の下限が０以下です");
+  refused("0.2", "0.8", "0", "1.5", "Ｙ軸の上限が１以上です");
+  refused("0.2", "0.8", "0.9", "0.1", "Ｙ軸の下限≧上限です");
+  EXPECT_TRUE(ApplyVLEChangeScale(*f.s, "0.2", "0.8", "0.1", "0.9"));
+  EXPECT_EQ(f.c().GraphXMin, 0.2);
+  EXPECT_EQ(f.c().GraphYMax, 0.9);
+  EXPECT_TRUE(ApplyVLEChangeScale(*f.s, "0", "1", "0", "1"));  // exactly 0 and 1 pass
+}
+
+TEST(VLEDialogs, ChangeParameterKeepsBlankFields) {
+  Fixture f;
+  f.c().CalcType = 1;
+  f.c().WilsonLambda12 = 0.5;
+  f.c().WilsonLambda21 = 0.7;
+  VLEParameterDialog d = OpenVLEChangeParameter(*f.s);
+  EXPECT_EQ(d.title, "Change Wilson Parameter(V-L Equibrium)");
+  EXPECT_EQ(d.old12, "5.0000000E-1");
+  EXPECT_FALSE(d.alphaShown);
+  ApplyVLEChangeParameter(*f.s, "", "-3", "0.9");
+  EXPECT_EQ(f.c().WilsonLambda12, 0.5);
+  EXPECT_EQ(f.c().WilsonLambda21, -3);  // no range test
+  EXPECT_EQ(f.c().NrtlAlpha, 0.4);      // alpha belongs to the NRTL model only
+  f.c().CalcType = 2;
+  d = OpenVLEChangeParameter(*f.s);
+  EXPECT_EQ(d.title, "Change N.R.T.L. Parameter(V-L Equibrium)");
+  EXPECT_TRUE(d.alphaShown);
+  ApplyVLEChangeParameter(*f.s, "1.25", " ", "0.3");
+  EXPECT_EQ(f.c().NrtlTau12, 1.25);
+  EXPECT_EQ(f.c().NrtlTau21, 0);
+  EXPECT_EQ(f.c().NrtlAlpha, 0.3);
+}
+
+}  // namespace
+}  // namespace tervale

@@ -19,17 +19,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   try {
     for (size_t k = 0; k < 4096; ++k) {
       switch (ops.empty() ? 0 : ops[k % ops.size()] % 6) {
-        case 0: r.ReadString("s"); break;
+        case 0:
+          r.ReadString("s");
+          break;
         case 1:
           if (!std::isfinite(r.ReadDouble("d"))) __builtin_trap();
           break;
-        case 2: r.ReadInt("i"); break;
+        case 2:
+          r.ReadInt("i");
+          break;
         case 3: {
           const int n = r.ReadCount("n", 0, 20);
           if (n < 0 || n > 20) __builtin_trap();
           break;
         }
-        case 4: r.ReadBool("b"); break;
+        case 4:
+          r.ReadBool("b");
+          break;
         case 5:
           if (r.AtEnd()) return 0;
           break;

@@ -37,11 +37,10 @@ std::vector<CaseKind> CoreCaseKinds() {
                    }});
 #endif
 #if defined(TERVALE_HAS_COLUMN_FILE)
-  kinds.push_back({"column", [](SharedCalcState& s, int) { LoadColumnExample1(s); },
-                   [](SharedCalcState& s, const fs::path& p) { WriteColumnFile(s, p.string()); },
-                   [](SharedCalcState& s, const fs::path& p) {
-                     return ReadColumnFile(s, p.string());
-                   }});
+  kinds.push_back(
+      {"column", [](SharedCalcState& s, int) { LoadColumnExample1(s); },
+       [](SharedCalcState& s, const fs::path& p) { WriteColumnFile(s, p.string()); },
+       [](SharedCalcState& s, const fs::path& p) { return ReadColumnFile(s, p.string()); }});
 #endif
 #ifdef TERVALE_HAS_BATCH_FILE
   kinds.push_back({"batch", [](SharedCalcState& s, int n) { LoadBatchExample(s, 1); },
@@ -51,7 +50,8 @@ std::vector<CaseKind> CoreCaseKinds() {
 #if defined(TERVALE_HAS_VLE_FILE)
   kinds.push_back({"vle", [](SharedCalcState& s, int n) { LoadVLEExample(s, n); },
                    [](SharedCalcState& s, const fs::path& p) { SaveVLEDataFile(s, p); },
-                   [](SharedCalcState& s, const fs::path& p) { return ReadVLEDataFile(s, p); }});
+                   [](SharedCalcState& s, const fs::path& p) { return ReadVLEDataFile(s, p); },
+                   [](SharedCalcState& s) { InitializeVLECase(s); }, "vle"});
 #endif
   return kinds;
 }
@@ -91,7 +91,9 @@ ScratchDir::~ScratchDir() {
   fs::remove_all(path_, ec);
 }
 
-fs::path CliPath() { return fs::path(TERVALE_BIN_DIR) / "tervale-cli"; }
+fs::path CliPath() {
+  return fs::path(TERVALE_BIN_DIR) / "tervale-cli";
+}
 
 CliRun RunCli(const std::string& args, const fs::path& scratch) {
   CliRun r;

@@ -21,6 +21,11 @@ struct CaseKind {
   std::function<void(SharedCalcState&, const fs::path&)> write;
   // Reads a file into the state: false or an exception when the file is refused.
   std::function<bool(SharedCalcState&, const fs::path&)> read;
+  // Set for a reader that, as the older program did, clears the case before reading: a file
+  // broken after its first record leaves the case as this puts it (empty: exactly as it was).
+  std::function<void(SharedCalcState&)> clearedOnBrokenFile;
+  // The tervale-cli command that runs a case file of this kind ("vle"), if any.
+  std::string cliCommand;
 };
 
 std::vector<CaseKind> CoreCaseKinds();

@@ -8,7 +8,9 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <iostream>
 #include <random>
+#include <sstream>
 
 #include "hardening/case_kinds.h"
 #include "io/record_writer.h"
@@ -51,14 +53,14 @@ void KillAndCheck(const std::string& what, const fs::path& target, const std::st
     } else if (now == newText) {
       ++sawNew;
     } else {
-      ADD_FAILURE() << what << ": trial " << trial << " after " << delay
-                    << " us left a mixture of " << now.size() << " bytes (old " << oldText.size()
-                    << ", new " << newText.size() << ")";
+      ADD_FAILURE() << what << ": trial " << trial << " after " << delay << " us left a mixture of "
+                    << now.size() << " bytes (old " << oldText.size() << ", new " << newText.size()
+                    << ")";
       return;
     }
   }
-  RecordProperty(what + "_old", sawOld);
-  RecordProperty(what + "_new", sawNew);
+  ::testing::Test::RecordProperty(what + "_old", sawOld);
+  ::testing::Test::RecordProperty(what + "_new", sawNew);
   std::cerr << what << ": " << trials << " trials, " << sawOld << " old, " << sawNew << " new\n";
 }
 

@@ -9,6 +9,10 @@
 #include <regex>
 
 #include "hardening/case_kinds.h"
+#if __has_include("regress/vle_regression.h")
+#include "regress/vle_case.h"
+#define TERVALE_HAS_VLE_FILE 1
+#endif
 
 namespace tervale::hardening {
 namespace {
@@ -61,10 +65,84 @@ bool Apply(Json& c, const Perturbation& p) {
   return any;
 }
 
+// Perturbations of the record-file kinds, on the state before it is written.
+struct StatePerturbation {
+  std::string name;
+  std::function<void(SharedCalcState&)> apply;
+};
+
+std::map<std::string, std::vector<StatePerturbation>> StatePerturbations() {
+  std::map<std::string, std::vector<StatePerturbation>> all;
+#ifdef TERVALE_HAS_VLE_FILE
+  all["vle"] = {
+      {"zero Antoine C", [](SharedCalcState& s) { s.VLE.AntoineC[1] = 0; }},
+      {"negative Antoine C", [](SharedCalcState& s) { s.VLE.AntoineC[2] = -400; }},
+      {"zero pressure", [](SharedCalcState& s) { s.VLE.VLEPressure = 0; }},
+      {"all-zero composition",
+       [](SharedCalcState& s) {
+         for (int i = 1; i <= s.VLE.NVLEData; ++i) s.VLE.DataX[i] = s.VLE.DataY[i] = 0;
+       }},
+      {"zero temperatures",
+       [](SharedCalcState& s) {
+         for (int i = 1; i <= s.VLE.NVLEData; ++i) s.VLE.DataTemp[i] = -273.15;
+       }},
+      {"no data points", [](SharedCalcState& s) { s.VLE.NVLEData = 0; }},
+  };
+#endif
+  return all;
+}
+
 bool HasNonFiniteText(const std::string& text) {
   static const std::regex word(R"((^|[^A-Za-z])(-?nan|-?inf|NaN|-?Infinity)([^A-Za-z]|$))",
                                std::regex::icase);
   return std::regex_search(text, word);
+}
+
+// Runs a case file both ways and checks what it prints.
+void CheckOutputs(const std::string& command, const fs::path& file, const fs::path& scratch) {
+  // JSON: a value that is not finite is null, and then a message says why.
+  const CliRun j = RunCli("--json " + command + " " + file.string(), scratch);
+  ASSERT_EQ(j.signal, 0) << j.err;
+  ASSERT_TRUE(j.status == 0 || j.status == 2) << j.status << ": " << j.err;
+  const Json out = Json::parse(j.out);
+  int nulls = 0;
+  std::function<void(const Json&)> count = [&](const Json& v) {
+    if (v.is_null()) ++nulls;
+    if (v.is_number_float() && !std::isfinite(v.get<double>())) ++nulls;
+    if (v.is_structured())
+      for (const auto& e : v) count(e);
+  };
+  for (auto e = out.begin(); e != out.end(); ++e)
+    if (e.key() != "messages") count(e.value());
+  if (nulls > 0)
+    EXPECT_FALSE(out["messages"].empty()) << nulls << " values left out without a message";
+  // Text: "NaN" or "Infinity" printed only together with a message.
+  const CliRun t = RunCli(command + " " + file.string(), scratch);
+  ASSERT_EQ(t.signal, 0) << t.err;
+  if (HasNonFiniteText(t.out)) EXPECT_FALSE(t.err.empty()) << t.out;
+}
+
+TEST(NoSilentNaN, PerturbedRecordCasesNeverShowANonFiniteNumberWithoutAMessage) {
+  if (!fs::exists(CliPath())) GTEST_SKIP() << "tervale-cli is not built";
+  const auto all = StatePerturbations();
+  for (const auto& kind : CoreCaseKinds()) {
+    if (kind.cliCommand.empty()) continue;
+    SCOPED_TRACE(kind.name);
+    auto it = all.find(kind.name);
+    ASSERT_NE(it, all.end()) << "no perturbations listed for " << kind.name;
+    ScratchDir dir("nan_" + kind.name);
+    for (int example : {1, 2}) {
+      for (const auto& p : it->second) {
+        SCOPED_TRACE(p.name);
+        auto s = MakeSharedCalcState();
+        kind.loadExample(*s, example);
+        p.apply(*s);
+        const fs::path file = dir.path() / "case.dat";
+        kind.write(*s, file);
+        CheckOutputs(kind.cliCommand, file, dir.path());
+      }
+    }
+  }
 }
 
 TEST(NoSilentNaN, PerturbedExamplesNeverShowANonFiniteNumberWithoutAMessage) {
@@ -86,26 +164,7 @@ TEST(NoSilentNaN, PerturbedExamplesNeverShowANonFiniteNumberWithoutAMessage) {
       ++applied;
       const fs::path file = dir.path() / "case.json";
       WriteBytes(file, c.dump(2));
-      // JSON: a value that is not finite is null, and then a message says why.
-      const CliRun j = RunCli("--json " + kind.runArgs + " " + file.string(), dir.path());
-      ASSERT_EQ(j.signal, 0) << j.err;
-      ASSERT_TRUE(j.status == 0 || j.status == 2) << j.status << ": " << j.err;
-      const Json out = Json::parse(j.out);
-      int nulls = 0;
-      std::function<void(const Json&)> count = [&](const Json& v) {
-        if (v.is_null()) ++nulls;
-        if (v.is_number_float() && !std::isfinite(v.get<double>())) ++nulls;
-        if (v.is_structured())
-          for (const auto& e : v) count(e);
-      };
-      for (auto e = out.begin(); e != out.end(); ++e)
-        if (e.key() != "messages") count(e.value());
-      if (nulls > 0)
-        EXPECT_FALSE(out["messages"].empty()) << nulls << " values left out without a message";
-      // Text: "NaN" or "Infinity" printed only together with a message.
-      const CliRun t = RunCli(kind.runArgs + " " + file.string(), dir.path());
-      ASSERT_EQ(t.signal, 0) << t.err;
-      if (HasNonFiniteText(t.out)) EXPECT_FALSE(t.err.empty()) << t.out;
+      CheckOutputs(kind.runArgs, file, dir.path());
     }
     EXPECT_GT(applied, 0) << "no perturbation applies to the example";
   }

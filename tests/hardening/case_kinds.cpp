@@ -19,6 +19,10 @@
 #include "batch/batch_data.h"
 #define TERVALE_HAS_BATCH_FILE 1
 #endif
+#if __has_include("unifac/unifac_model.h")
+#include "unifac/unifac_model.h"
+#define TERVALE_HAS_UNIFAC_FILE 1
+#endif
 #if __has_include("regress/vle_regression.h")
 #include "regress/vle_case.h"
 #define TERVALE_HAS_VLE_FILE 1
@@ -53,7 +57,50 @@ std::vector<CaseKind> CoreCaseKinds() {
                    [](SharedCalcState& s, const fs::path& p) { return ReadVLEDataFile(s, p); },
                    [](SharedCalcState& s) { InitializeVLECase(s); }, "vle"});
 #endif
+#ifdef TERVALE_HAS_UNIFAC_FILE
+  {
+    CaseKind unifac;
+    unifac.name = "unifac_par";
+    const fs::path shipped = fs::path(TERVALE_SOURCE_DIR) / "data" / "UNIFAC.PAR";
+    unifac.loadExample = [shipped](SharedCalcState& s, int) { ReadUnifacParameterFile(s, shipped); };
+    unifac.read = [](SharedCalcState& s, const fs::path& p) {
+      ReadUnifacParameterFile(s, p);
+      return true;
+    };
+    unifac.exampleBytes = [shipped] { return ReadBytes(shipped); };
+    unifac.fingerprint = [](const SharedCalcState& s) {
+      const auto& u = s.Unifac;
+      std::ostringstream f;
+      f.precision(17);
+      f << u.NSubGroup << ' ' << u.NMainGroup << '\n';
+      for (int i = 0; i < static_cast<int>(u.SubGroupName.size()); ++i)
+        f << u.SubGroupName[i] << ' ' << u.SubGroupMain[i] << ' ' << u.SubGroupR[i] << ' '
+          << u.SubGroupQ[i] << '\n';
+      for (const auto& n : u.MainGroupName) f << n << '\n';
+      for (const auto& row : u.InteractionA)
+        for (double a : row) f << a << ' ';
+      return f.str();
+    };
+    kinds.push_back(unifac);
+  }
+#endif
   return kinds;
+}
+
+std::string ExampleBytes(const CaseKind& kind, int number, const fs::path& scratch) {
+  if (kind.exampleBytes) return kind.exampleBytes();
+  auto s = MakeSharedCalcState();
+  kind.loadExample(*s, number);
+  const fs::path file = scratch / ("example_" + kind.name + ".dat");
+  kind.write(*s, file);
+  return ReadBytes(file);
+}
+
+std::string Fingerprint(const CaseKind& kind, SharedCalcState& s, const fs::path& scratch) {
+  if (kind.fingerprint) return kind.fingerprint(s);
+  const fs::path file = scratch / ("state_" + kind.name + ".dat");
+  kind.write(s, file);
+  return ReadBytes(file);
 }
 
 std::vector<CliCaseKind> CliCaseKinds() {

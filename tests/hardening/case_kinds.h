@@ -24,11 +24,19 @@ struct CaseKind {
   // Set for a reader that, as the older program did, clears the case before reading: a file
   // broken after its first record leaves the case as this puts it (empty: exactly as it was).
   std::function<void(SharedCalcState&)> clearedOnBrokenFile;
+  // For a file the suite reads but never writes (UNIFAC.PAR): its example content, and what
+  // of the state it fills, as text (write stays empty).
+  std::function<std::string()> exampleBytes;
+  std::function<std::string(const SharedCalcState&)> fingerprint;
   // The tervale-cli command that runs a case file of this kind ("vle"), if any.
   std::string cliCommand;
 };
 
 std::vector<CaseKind> CoreCaseKinds();
+
+// The kind's file for example `number`, and the state as text (its file, or its fingerprint).
+std::string ExampleBytes(const CaseKind& kind, int number, const fs::path& scratch);
+std::string Fingerprint(const CaseKind& kind, SharedCalcState& s, const fs::path& scratch);
 
 // A case file read by a command of tervale-cli (the JSON case files).
 struct CliCaseKind {

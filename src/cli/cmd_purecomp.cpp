@@ -281,8 +281,11 @@ Json ReadJsonFile(const std::string& path) {
   text << f.rdbuf();
   try {
     return Json::parse(text.str());
-  } catch (const Json::parse_error& e) {
-    throw InputRefused("The case file is not valid JSON: " + path + ": " + e.what());
+  } catch (const Json::exception& e) {
+    // A number beyond the doubles (1E+400) is not a parse error but still bad JSON. The parser's
+    // text can quote megabytes of the file: its start is enough.
+    throw InputRefused("The case file is not valid JSON: " + path + ": " +
+                       std::string(e.what()).substr(0, 300));
   }
 }
 

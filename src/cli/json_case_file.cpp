@@ -19,8 +19,11 @@ Json LoadJsonCase(const std::string& path) {
     if (!j.is_object())
       throw InputRefused("The case file " + path + " does not hold a JSON object");
     return j;
-  } catch (const Json::parse_error& e) {
-    throw InputRefused("The case file " + path + " is not valid JSON: " + e.what());
+  } catch (const Json::exception& e) {
+    // A number beyond the doubles (1E+400) is not a parse error but still bad JSON. The parser's
+    // text can quote megabytes of the file: its start is enough.
+    throw InputRefused("The case file " + path +
+                       " is not valid JSON: " + std::string(e.what()).substr(0, 300));
   }
 }
 

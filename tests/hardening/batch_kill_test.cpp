@@ -60,7 +60,7 @@ TEST(BatchRunKilled, RunFilesStayReadableByEveryView) {
       const bool hasLog = fs::exists(data / "B_Calc_Log.dat");
       if (view == "--view log" && hasLog) EXPECT_EQ(r.status, 0) << r.err;
       if (view == "--view total-reflux --fraction liq-mol" && fs::exists(data / "B_Calc_1.dat") &&
-          fs::file_size(data / "B_Calc_1.dat") > 0)
+          fs::exists(data / "B_Calc_2.dat") && fs::file_size(data / "B_Calc_1.dat") > 0)
         EXPECT_EQ(r.status, 0) << r.err;
     }
   }

@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: deps configure build run test bench clean format
+.PHONY: deps configure build run test bench clean format test-asan crash-test fuzz fuzz-build
 
 deps:
 	@bash scripts/install-deps.sh
@@ -32,3 +32,28 @@ format:
 
 clean:
 	@rm -rf $(BUILD)
+
+# Every core, database and command-line test again under the address and undefined-behaviour
+# sanitizers, in a build directory of its own (the desktop program stays out).
+ASAN_BUILD ?= build-asan
+test-asan: deps
+	@cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DTERVALE_SANITIZE=ON -DTERVALE_BUILD_GUI=OFF -DTERVALE_BUILD_BENCHMARKS=OFF >/dev/null
+	@cmake --build $(ASAN_BUILD) -j $(JOBS)
+	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
+	  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j $(JOBS)
+
+# Saves killed at a random instant, 1000 trials per file kind.
+crash-test: build
+	@TERVALE_CRASH_TRIALS=1000 $(BUILD)/bin/test_hardening --gtest_filter='CrashSafeSave*'
+
+# libFuzzer targets (clang): `make fuzz SECONDS=60` runs each for SECONDS seconds.
+FUZZ_BUILD ?= build-fuzz
+SECONDS ?= 60
+fuzz-build:
+	@TERVALE_WITH_FUZZ=1 bash scripts/install-deps.sh
+	@CC=clang CXX=clang++ cmake -S fuzz -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+	@cmake --build $(FUZZ_BUILD) -j $(JOBS)
+
+fuzz: fuzz-build
+	@bash fuzz/run.sh $(FUZZ_BUILD) $(SECONDS)

@@ -275,7 +275,13 @@ CommandRegistrar reg(80, [](CLI::App& app, CliContext& ctx) {
     ctx.action = [&ctx] {
       auto& s = ctx.s();
       PureComponentInput input;
-      ReadPureCase(LoadJsonCase(file), s, input);
+      try {
+        ReadPureCase(LoadJsonCase(file), s, input);
+      } catch (const InputRefused& e) {
+        // Every refusal names the file it came from.
+        const std::string m = e.what();
+        throw InputRefused(m.find(file) == std::string::npos ? file + ": " + m : m);
+      }
       RunPureComponentEstimation(s, input);
       if (ctx.json) {
         PrintJson(ctx, ResultJson(ctx));

@@ -1,4 +1,5 @@
 #include "cli/json_case_file.h"
+#include <filesystem>
 
 #include <fstream>
 #include <iostream>
@@ -10,6 +11,9 @@
 namespace tervale::cli {
 
 Json LoadJsonCase(const std::string& path) {
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec))
+    throw InputRefused("Cannot read the case file " + path + ": it is a folder");
   std::ifstream f(path, std::ios::binary);
   if (!f) throw InputRefused("Cannot open the case file " + path);
   std::stringstream text;
@@ -19,8 +23,11 @@ Json LoadJsonCase(const std::string& path) {
     if (!j.is_object())
       throw InputRefused("The case file " + path + " does not hold a JSON object");
     return j;
-  } catch (const Json::parse_error& e) {
-    throw InputRefused("The case file " + path + " is not valid JSON: " + e.what());
+  } catch (const Json::exception& e) {
+    // A number beyond the doubles (1E+400) is not a parse error but still bad JSON. The parser's
+    // text can quote megabytes of the file: its start is enough.
+    throw InputRefused("The case file " + path +
+                       " is not valid JSON: " + std::string(e.what()).substr(0, 300));
   }
 }
 

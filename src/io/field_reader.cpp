@@ -68,6 +68,17 @@ std::string_view Trim(std::string_view t) {
   return t;
 }
 
+// A field as a message shows it: a field of a broken file can be megabytes long, and a message
+// keeps only its start.
+std::string Shown(std::string_view field) {
+  constexpr size_t kShown = 40;
+  if (field.size() <= kShown) return std::string(field);
+  size_t cut = kShown;
+  while (cut > 0 && (static_cast<unsigned char>(field[cut]) & 0xC0) == 0x80) --cut;
+  return std::string(field.substr(0, cut)) + "... (" + std::to_string(field.size()) +
+         " characters)";
+}
+
 }  // namespace
 
 std::string DecodeCaseText(std::string_view bytes) {
@@ -213,7 +224,7 @@ double FieldReader::ReadDouble(std::string_view what) {
   double v = 0;
   if (!ParseNumber(f, v) || !std::isfinite(v)) {
     std::ostringstream m;
-    m << what << ": \"" << f << "\" is not a number";
+    m << what << ": \"" << Shown(f) << "\" is not a number";
     Fail(m.str());
   }
   return v;

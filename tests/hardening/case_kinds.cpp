@@ -1,0 +1,207 @@
+#include "hardening/case_kinds.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#if __has_include("flash/flash_program.h")
+#include "flash/flash_program.h"
+#define TERVALE_HAS_FLASH_FILE 1
+#endif
+#if __has_include("column/column_results.h")
+#include "column/column_case.h"
+#include "column/tray_solver.h"
+#define TERVALE_HAS_COLUMN_FILE 1
+#endif
+#if __has_include("batch/batch_data.h")
+#include "batch/batch_data.h"
+#define TERVALE_HAS_BATCH_FILE 1
+#endif
+#if __has_include("unifac/unifac_model.h")
+#include "unifac/unifac_model.h"
+#define TERVALE_HAS_UNIFAC_FILE 1
+#endif
+#if __has_include("regress/vle_regression.h")
+#include "regress/vle_case.h"
+#define TERVALE_HAS_VLE_FILE 1
+#endif
+
+namespace tervale::hardening {
+
+std::vector<CaseKind> CoreCaseKinds() {
+  std::vector<CaseKind> kinds;
+#ifdef TERVALE_HAS_FLASH_FILE
+  kinds.push_back({"flash",
+                   [](SharedCalcState& s, int n) { LoadFlashExample(s, n); },
+                   [](SharedCalcState& s, const fs::path& p) { WriteFlashFile(s, p); },
+                   [](SharedCalcState& s, const fs::path& p) {
+                     ReadFlashFile(s, p);
+                     return true;
+                   },
+                   {},
+                   {},
+                   {},
+                   "flash --calc flash"});
+#endif
+#if defined(TERVALE_HAS_COLUMN_FILE)
+  {
+    const auto read = [](SharedCalcState& s, const fs::path& p) {
+      return ReadColumnFile(s, p.string());
+    };
+    const auto write = [](SharedCalcState& s, const fs::path& p) {
+      WriteColumnFile(s, p.string());
+    };
+    kinds.push_back({"column",
+                     [](SharedCalcState& s, int) { LoadColumnExample1(s); },
+                     write,
+                     read,
+                     {},
+                     {},
+                     {},
+                     "column"});
+    // Result.dat: the same format with the results of a run after the case (example 1 solved;
+    // example 2 the case alone).
+    kinds.push_back({"column_result",
+                     [](SharedCalcState& s, int n) {
+                       LoadColumnExample1(s);
+                       if (n != 1) return;
+                       BuildProductLists(s);
+                       InitTrayComposition(s);
+                       RunTrayCalculation(
+                           s, [](const TrayProgress&) { return false; }, false);
+                     },
+                     write, read});
+  }
+#endif
+#ifdef TERVALE_HAS_BATCH_FILE
+  kinds.push_back({"batch",
+                   [](SharedCalcState& s, int n) { LoadBatchExample(s, 1); },
+                   [](SharedCalcState& s, const fs::path& p) { WriteBatchCase(s, p); },
+                   [](SharedCalcState& s, const fs::path& p) { return ReadBatchCase(s, p); },
+                   {},
+                   {},
+                   {},
+                   "batch --stop-after-steps 50"});
+#endif
+#if defined(TERVALE_HAS_VLE_FILE)
+  kinds.push_back({"vle",
+                   [](SharedCalcState& s, int n) { LoadVLEExample(s, n); },
+                   [](SharedCalcState& s, const fs::path& p) { SaveVLEDataFile(s, p); },
+                   [](SharedCalcState& s, const fs::path& p) { return ReadVLEDataFile(s, p); },
+                   [](SharedCalcState& s) { InitializeVLECase(s); },
+                   {},
+                   {},
+                   "vle"});
+#endif
+#ifdef TERVALE_HAS_UNIFAC_FILE
+  {
+    CaseKind unifac;
+    unifac.name = "unifac_par";
+    const fs::path shipped = fs::path(TERVALE_SOURCE_DIR) / "data" / "UNIFAC.PAR";
+    unifac.loadExample = [shipped](SharedCalcState& s, int) {
+      ReadUnifacParameterFile(s, shipped);
+    };
+    unifac.read = [](SharedCalcState& s, const fs::path& p) {
+      ReadUnifacParameterFile(s, p);
+      return true;
+    };
+    unifac.exampleBytes = [shipped] { return ReadBytes(shipped); };
+    unifac.fingerprint = [](const SharedCalcState& s) {
+      const auto& u = s.Unifac;
+      std::ostringstream f;
+      f.precision(17);
+      f << u.NSubGroup << ' ' << u.NMainGroup << '\n';
+      for (int i = 0; i < static_cast<int>(u.SubGroupName.size()); ++i)
+        f << u.SubGroupName[i] << ' ' << u.SubGroupMain[i] << ' ' << u.SubGroupR[i] << ' '
+          << u.SubGroupQ[i] << '\n';
+      for (const auto& n : u.MainGroupName) f << n << '\n';
+      for (const auto& row : u.InteractionA)
+        for (double a : row) f << a << ' ';
+      return f.str();
+    };
+    kinds.push_back(unifac);
+  }
+#endif
+  return kinds;
+}
+
+std::string ExampleBytes(const CaseKind& kind, int number, const fs::path& scratch) {
+  if (kind.exampleBytes) return kind.exampleBytes();
+  auto s = MakeSharedCalcState();
+  kind.loadExample(*s, number);
+  const fs::path file = scratch / ("example_" + kind.name + ".dat");
+  kind.write(*s, file);
+  return ReadBytes(file);
+}
+
+std::string Fingerprint(const CaseKind& kind, SharedCalcState& s, const fs::path& scratch) {
+  if (kind.fingerprint) return kind.fingerprint(s);
+  const fs::path file = scratch / ("state_" + kind.name + ".dat");
+  kind.write(s, file);
+  return ReadBytes(file);
+}
+
+std::vector<CliCaseKind> CliCaseKinds() {
+  std::vector<CliCaseKind> kinds{{"purecomp", "example purecomp", "purecomp"}};
+#if __has_include("cli/json_case_file.h")
+  kinds.push_back({"unifac", "example unifac 1", "unifac"});
+  kinds.push_back({"antoine", "example antoine", "antoine"});
+#endif
+  return kinds;
+}
+
+std::string ReadBytes(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream buf;
+  buf << in.rdbuf();
+  return buf.str();
+}
+
+void WriteBytes(const fs::path& path, const std::string& bytes) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+ScratchDir::ScratchDir(const std::string& tag) {
+  static int serial = 0;
+  path_ = fs::temp_directory_path() /
+          ("tervale_" + tag + "_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
+  fs::remove_all(path_);
+  fs::create_directories(path_);
+}
+
+ScratchDir::~ScratchDir() {
+  std::error_code ec;
+  fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, ec);
+  fs::remove_all(path_, ec);
+}
+
+fs::path CliPath() {
+  return fs::path(TERVALE_BIN_DIR) / "tervale-cli";
+}
+
+CliRun RunCli(const std::string& args, const fs::path& scratch) {
+  CliRun r;
+  const fs::path errFile = scratch / "stderr.txt";
+  const std::string command = CliPath().string() + " " + args + " 2>" + errFile.string();
+  FILE* pipe = ::popen(command.c_str(), "r");
+  if (!pipe) return r;
+  char buffer[65536];
+  size_t n;
+  while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) r.out.append(buffer, n);
+  const int status = ::pclose(pipe);
+  if (WIFEXITED(status)) {
+    r.status = WEXITSTATUS(status);
+    // The shell reports a signal that ended the program as 128 + the signal.
+    if (r.status > 128) r.signal = r.status - 128;
+  } else if (WIFSIGNALED(status)) {
+    r.signal = WTERMSIG(status);
+  }
+  r.err = ReadBytes(errFile);
+  return r;
+}
+
+}  // namespace tervale::hardening

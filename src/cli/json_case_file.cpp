@@ -1,6 +1,6 @@
 #include "cli/json_case_file.h"
-#include <filesystem>
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>

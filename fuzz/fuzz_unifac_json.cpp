@@ -4,6 +4,5 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   return tervale::fuzz::RunCaseCommand(
-      data, size,
-      {"--json", "unifac", "--parameters", TERVALE_SOURCE_DIR "/data/UNIFAC.PAR", "@"});
+      data, size, {"--json", "unifac", "--parameters", TERVALE_SOURCE_DIR "/data/UNIFAC.PAR", "@"});
 }

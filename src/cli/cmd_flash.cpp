@@ -2,8 +2,8 @@
 #include <iostream>
 #include <optional>
 
-#include "cli/csv_tables.h"
 #include "cli/command_registry.h"
+#include "cli/csv_tables.h"
 #include "cli/example_registry.h"
 #include "flash/flash_program.h"
 #include "io/display_format.h"

@@ -85,10 +85,26 @@ std::string CsvField(const std::string& text) {
   return out + "\"";
 }
 
+// A failed calculation can leave NaN or an infinity in a table: text and CSV print them as
+// they are, so say once per column what they mean (JSON turns them into null with a message).
+void WarnNonFinite(CliContext& ctx, const io::ReportTable& table) {
+  for (size_t c = 0; c < table.columns.size(); ++c) {
+    for (const auto& row : table.rows) {
+      if (c < row.size() && std::holds_alternative<double>(row[c]) &&
+          !std::isfinite(std::get<double>(row[c]))) {
+        ctx.dialogs.Message("Not a finite number in column \"" + table.columns[c] +
+                            "\": the calculation failed for this input");
+        break;
+      }
+    }
+  }
+}
+
 }  // namespace
 
 void PrintTable(CliContext& ctx, const io::ReportTable& table) {
   for (const auto& m : table.messages) ctx.dialogs.Message(m);
+  if (!ctx.json) WarnNonFinite(ctx, table);
   if (ctx.json) {
     Json rows = Json::array();
     for (const auto& row : table.rows) {
@@ -114,7 +130,8 @@ void PrintTable(CliContext& ctx, const io::ReportTable& table) {
       std::cout << (c ? "," : "") << CsvField(table.columns[c]);
     std::cout << "\r\n";
     for (const auto& row : table.rows) {
-      for (size_t c = 0; c < row.size(); ++c) std::cout << (c ? "," : "") << CsvField(CellText(row[c]));
+      for (size_t c = 0; c < row.size(); ++c)
+        std::cout << (c ? "," : "") << CsvField(CellText(row[c]));
       std::cout << "\r\n";
     }
     return;
@@ -127,7 +144,8 @@ void PrintTable(CliContext& ctx, const io::ReportTable& table) {
   auto printRow = [&](const std::vector<std::string>& cells) {
     for (size_t c = 0; c < cells.size(); ++c) {
       size_t w = c < width.size() ? width[c] : 0;
-      std::cout << (c ? "  " : "") << cells[c] << std::string(w - std::min(w, DisplayWidth(cells[c])), ' ');
+      std::cout << (c ? "  " : "") << cells[c]
+                << std::string(w - std::min(w, DisplayWidth(cells[c])), ' ');
     }
     std::cout << '\n';
   };

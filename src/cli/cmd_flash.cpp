@@ -1,4 +1,5 @@
 // The flash program on the command line: `flash FILE --calc ...` and `example flash 1|2`.
+#include <cmath>
 #include <iostream>
 #include <optional>
 
@@ -65,8 +66,22 @@ struct FlashOptions {
   CLI::Option* pressOpt = nullptr;
 };
 
+// The text shows the formatted strings, so a failed calculation (a zero pressure, an empty feed)
+// is reported here once instead of leaving a bare NaN or Infinity on the screen.
+void WarnNonFiniteResult(CliContext& ctx, const FlashResult& r) {
+  bool finite = std::isfinite(r.temperature) && std::isfinite(r.pressure) && std::isfinite(r.vf);
+  for (int i = 1; i <= ctx.s().NC; ++i)
+    finite = finite && std::isfinite(r.x[i]) && std::isfinite(r.y[i]) && std::isfinite(r.k[i]) &&
+             std::isfinite(r.gamma[i]);
+  if (!finite)
+    ctx.dialogs.Message(
+        "The flash gave numbers that are not finite (check the pressure and the feed "
+        "composition)");
+}
+
 void PrintCalculationText(CliContext& ctx, const std::string& calc, const FlashResult& r) {
   const SharedCalcState& s = ctx.s();
+  WarnNonFiniteResult(ctx, r);
   io::ReportTable t;
   t.columns = {"Component", "Vapour y", "Liquid x", "K", "Gamma"};
   for (int i = 1; i <= s.NC; ++i)

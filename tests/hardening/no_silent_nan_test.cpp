@@ -120,9 +120,8 @@ std::map<std::string, std::vector<StatePerturbation>> StatePerturbations() {
   };
 #ifdef TERVALE_HAS_FLASH_FILE
   all["flash"] = components;
-  // Open findings, left out until the flash program says what went wrong: a zero pressure and
-  // an all-zero feed print NaN/Infinity in the text output without a message.
-  //   {"zero pressure", s.Flash.FlashPress = 0}, {"all-zero composition", s.Flash.FeedZ = {}}
+  all["flash"].push_back({"zero pressure", [](SharedCalcState& s) { s.Flash.FlashPress = 0; }});
+  all["flash"].push_back({"all-zero composition", [](SharedCalcState& s) { s.Flash.FeedZ = {}; }});
   all["flash"].push_back(
       {"temperature at absolute zero", [](SharedCalcState& s) { s.Flash.FlashTemp = -273.15; }});
 #endif

@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: deps configure build run test bench clean format test-asan crash-test fuzz fuzz-build
+.PHONY: deps configure build run test bench clean format test-asan crash-test fuzz fuzz-build fuzz-seeds
 
 deps:
 	@bash scripts/install-deps.sh
@@ -55,5 +55,14 @@ fuzz-build:
 	@CC=clang CXX=clang++ cmake -S fuzz -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS)
 
-fuzz: fuzz-build
+# The seeds of the case-file targets are written from the built-in examples by the command-line
+# program (built first if needed); the hand-written seeds are kept in fuzz/seeds.
+fuzz-seeds:
+	@if [ ! -d fuzz/seeds/flash_file ]; then \
+	  cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DTERVALE_BUILD_GUI=OFF >/dev/null && \
+	  cmake --build $(BUILD) -j $(JOBS) --target tervale-cli && \
+	  bash fuzz/make_seeds.sh $(BUILD)/bin/tervale-cli; \
+	fi
+
+fuzz: fuzz-build fuzz-seeds
 	@bash fuzz/run.sh $(FUZZ_BUILD) $(SECONDS)

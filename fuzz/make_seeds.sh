@@ -7,7 +7,7 @@ here="$(cd "$(dirname "$0")" && pwd)"
 seeds="$here/seeds"
 ex() { # kind number target file
   mkdir -p "$seeds/$3"
-  "$cli" example "$1" "$2" -o "$seeds/$3/$4" 2>/dev/null
+  "$cli" example "$1" "$2" -o "$seeds/$3/$4" 2>/dev/null || echo "no example $1 $2" >&2
 }
 ex flash 1 flash_file example1.dat
 ex flash 2 flash_file example2.dat
@@ -22,8 +22,11 @@ ex unifac 2 unifac_json example2.json
 ex antoine 1 antoine_json example1.json
 mkdir -p "$seeds/unifac_par" "$seeds/field_reader" "$seeds/display_format" "$seeds/jet_like"
 cp "$here/../data/UNIFAC.PAR" "$seeds/unifac_par/UNIFAC.PAR"
-cp "$seeds/flash_file/example1.dat" "$seeds/field_reader/flash1.dat"
-cp "$seeds/vle_file/example1.dat" "$seeds/field_reader/vle1.dat"
+mkdir -p "$seeds/unifac_json" "$seeds/antoine_json"
+cp "$here"/../data/examples/unifac-*.json "$seeds/unifac_json/"
+cp "$here"/../data/examples/antoine-*.json "$seeds/antoine_json/"
+cp "$seeds/flash_file/example1.dat" "$seeds/field_reader/flash1.dat" 2>/dev/null || true
+cp "$seeds/vle_file/example1.dat" "$seeds/field_reader/vle1.dat" 2>/dev/null || true
 printf '%s' '##.#000' > "$seeds/display_format/pattern1"
 printf '%s' ' ###0.000' > "$seeds/display_format/pattern2"
 printf '%s' '#.#000000E+##' > "$seeds/display_format/pattern3"

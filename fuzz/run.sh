@@ -12,8 +12,8 @@ if [ ${#targets[@]} -eq 0 ]; then
   for b in "$build"/bin/fuzz_*; do targets+=("$(basename "$b")"); done
 fi
 status=0
-echo "| target | seconds | executions | exec/s | coverage (cov/ft) | corpus | findings |" | tee -a "$build/results.md"
-echo "|---|---|---|---|---|---|---|" | tee -a "$build/results.md"
+echo "| target | seconds | executions | exec/s | coverage (cov/ft) | corpus | peak RSS MB | findings |" | tee -a "$build/results.md"
+echo "|---|---|---|---|---|---|---|---|" | tee -a "$build/results.md"
 for t in "${targets[@]}"; do
   corpus="$build/corpus/$t"
   mkdir -p "$corpus" "$build/artifacts/$t"
@@ -24,15 +24,16 @@ for t in "${targets[@]}"; do
     -max_len=65536 -close_fd_mask=3 -print_final_stats=1 \
     -artifact_prefix="$build/artifacts/$t/" "$corpus" "${seeds[@]}" >"$log" 2>&1
   rc=$?
-  execs=$(grep -o 'stat::number_of_executed_units: [0-9]*' "$log" | awk '{print $2}')
-  rate=$(grep -o 'stat::average_exec_per_sec: [0-9]*' "$log" | awk '{print $2}')
+  execs=$(grep -o 'stat::number_of_executed_units: *[0-9]*' "$log" | awk '{print $2}')
+  rate=$(grep -o 'stat::average_exec_per_sec: *[0-9]*' "$log" | awk '{print $2}')
   cov=$(grep -E '^#[0-9]+' "$log" | tail -1 | grep -o 'cov: [0-9]* ft: [0-9]*' | tr -d 'a-z:' | awk '{print $1"/"$2}')
+  rss=$(grep -o 'stat::peak_rss_mb: *[0-9]*' "$log" | awk '{print $2}')
   corp=$(ls "$corpus" | wc -l)
   findings="none"
   if [ $rc -ne 0 ]; then
     findings="exit $rc: $(grep -m1 -E 'ERROR|SUMMARY|timeout|out-of-memory' "$log" | cut -c1-80) (see $log)"
     status=1
   fi
-  echo "| $t | $seconds | ${execs:-?} | ${rate:-?} | ${cov:-?} | $corp | $findings |" | tee -a "$build/results.md"
+  echo "| $t | $seconds | ${execs:-?} | ${rate:-?} | ${cov:-?} | $corp | ${rss:-?} | $findings |" | tee -a "$build/results.md"
 done
 exit $status

@@ -3,6 +3,7 @@
 #include "batch/batch_data.h"
 #include "batch/batch_run_files.h"
 #include "io/field_reader.h"
+#include "io/matrix_records.h"
 #include "io/record_writer.h"
 #include "state/shared_state.h"
 
@@ -19,11 +20,6 @@ void WriteMatrix(io::RecordWriter& w, const CompMatrix& m, int nc) {
       if (i == nc) w.EndLine();
     }
   }
-}
-
-void ReadMatrix(io::FieldReader& r, CompMatrix& m, int nc, const char* what) {
-  for (int i = 1; i <= nc; ++i)
-    for (int j = 1; j <= nc; ++j) m[i][j] = r.ReadDouble(what);
 }
 
 }  // namespace
@@ -148,10 +144,10 @@ bool ReadBatchCase(SharedCalcState& s, const std::filesystem::path& path, bool r
     c.CpC[j] = r.ReadDouble("CpC");
     c.CpD[j] = r.ReadDouble("CpD");
   }
-  ReadMatrix(r, t.Bin.WilsonLambda, nc, "WilsonLambda");
-  ReadMatrix(r, t.Bin.NrtlTau, nc, "NrtlTau");
+  io::ReadMatrixRows(r, t.Bin.WilsonLambda, nc, "WilsonLambda");
+  io::ReadMatrixRows(r, t.Bin.NrtlTau, nc, "NrtlTau");
   t.Bin.NrtlAlpha = r.ReadDouble("NrtlAlpha");
-  ReadMatrix(r, t.Bin.KijMatrix, nc, "KijMatrix");
+  io::ReadMatrixRows(r, t.Bin.KijMatrix, nc, "KijMatrix");
   b.TotalFeed = r.ReadDouble("TotalFeed");
   for (int j = 1; j <= nc; ++j) b.FeedComp[j] = r.ReadDouble("FeedComp");
   b.ContinueFromTReflux = 0;

@@ -1,7 +1,10 @@
-// needs: cli
-// The pure-component JSON case file, through the purecomp command.
+// needs: cli src/cli/json_case_readers.h
+// The pure-component JSON case file, read and checked (the estimation itself is not run).
 #include "cli_case_fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  return tervale::fuzz::RunCaseCommand(data, size, {"--json", "purecomp", "@"});
+  return tervale::fuzz::ReadJsonCase(data, size, [](const std::string& f, auto& s) {
+    tervale::PureComponentInput in;
+    tervale::cli::ReadPureComponentCaseFile(f, s, in);
+  });
 }

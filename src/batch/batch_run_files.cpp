@@ -94,8 +94,8 @@ void WriteBatchHistoryRecord(SharedCalcState& s, bool truncate) {
 void WriteBatchConvergedState(SharedCalcState& s) {
   auto path = BatchRunFilePath(s, "_2.dat");
   s.DataFileName = path.string();
-  // The case first, then the state appended: two writes, as the file always had.
-  WriteFresh(path, FormatBatchCase(s));
+  // The case, then the state. Written in one atomic save: a continuation reads this file, so a
+  // run killed while writing it must leave the previous state whole.
   io::RecordWriter w;
   w.Num(s.Batch.CalcTime).EndLine();
   WriteTrayRecord(w, s, true);
@@ -103,7 +103,7 @@ void WriteBatchConvergedState(SharedCalcState& s) {
     for (int j = 1; j <= s.NC; ++j) w.Num(s.Batch.RkgCarry[j][i]);
     w.EndLine();
   }
-  io::AppendToFile(path, w.Text());
+  io::SaveFileAtomically(path, FormatBatchCase(s) + w.Text());
 }
 
 void WriteBatchEndFile(SharedCalcState& s, bool fromEndCalculation) {

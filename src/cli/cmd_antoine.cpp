@@ -4,6 +4,7 @@
 #include "cli/command_registry.h"
 #include "cli/example_registry.h"
 #include "cli/json_case_file.h"
+#include "cli/json_case_readers.h"
 #include "io/display_format.h"
 #include "state/errors.h"
 #include "vapourpress/antoine_estimate.h"
@@ -136,7 +137,7 @@ CommandRegistrar reg(70, [](CLI::App& app, CliContext& ctx) {
   cmd->callback([&ctx] {
     ctx.action = [&ctx] {
       auto& s = ctx.s();
-      ReadCase(LoadJsonCase(file), file, s);
+      ReadAntoineCaseFile(file, s);
       if (!EstimateAntoine(s)) {
         if (ctx.json) PrintJson(ctx, Json{{"rows", Json::array()}});
         return 2;
@@ -161,4 +162,9 @@ ExampleRegistrar antoineExamples({"antoine",
                                   }});
 
 }  // namespace
+
+void ReadAntoineCaseFile(const std::string& file, SharedCalcState& s) {
+  ReadCase(LoadJsonCase(file), file, s);
+}
+
 }  // namespace tervale::cli

@@ -12,7 +12,9 @@ CommandRegistrar reg(1000, [](CLI::App& app, CliContext& ctx) {
   static std::string kind = "temp";
   static double value = 0;
   static int unit = 1;
-  cmd->add_option("kind", kind, "temp or press")->check(CLI::IsMember({"temp", "press"}))->required();
+  cmd->add_option("kind", kind, "temp or press")
+      ->check(CLI::IsMember({"temp", "press"}))
+      ->required();
   cmd->add_option("value", value, "the value in the chosen unit")->required();
   cmd->add_option("--unit", unit, "TempUnit 1..3 or PressUnit 1..6");
   cmd->callback([&ctx] {

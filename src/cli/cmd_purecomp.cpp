@@ -6,6 +6,7 @@
 #include "cli/command_registry.h"
 #include "cli/example_registry.h"
 #include "cli/json_case_file.h"
+#include "cli/json_case_readers.h"
 #include "io/display_format.h"
 #include "purecomp/pure_engine.h"
 #include "state/errors.h"
@@ -275,13 +276,7 @@ CommandRegistrar reg(80, [](CLI::App& app, CliContext& ctx) {
     ctx.action = [&ctx] {
       auto& s = ctx.s();
       PureComponentInput input;
-      try {
-        ReadPureCase(LoadJsonCase(file), s, input);
-      } catch (const InputRefused& e) {
-        // Every refusal names the file it came from.
-        const std::string m = e.what();
-        throw InputRefused(m.find(file) == std::string::npos ? file + ": " + m : m);
-      }
+      ReadPureComponentCaseFile(file, s, input);
       RunPureComponentEstimation(s, input);
       if (ctx.json) {
         PrintJson(ctx, ResultJson(ctx));
@@ -294,4 +289,16 @@ CommandRegistrar reg(80, [](CLI::App& app, CliContext& ctx) {
 });
 
 }  // namespace
+
+void ReadPureComponentCaseFile(const std::string& file, SharedCalcState& s,
+                               PureComponentInput& in) {
+  try {
+    ReadPureCase(LoadJsonCase(file), s, in);
+  } catch (const InputRefused& e) {
+    // Every refusal names the file it came from.
+    const std::string m = e.what();
+    throw InputRefused(m.find(file) == std::string::npos ? file + ": " + m : m);
+  }
+}
+
 }  // namespace tervale::cli

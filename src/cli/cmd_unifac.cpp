@@ -9,6 +9,7 @@
 #include "cli/command_registry.h"
 #include "cli/example_registry.h"
 #include "cli/json_case_file.h"
+#include "cli/json_case_readers.h"
 #include "io/display_format.h"
 #include "io/field_reader.h"
 #include "state/errors.h"
@@ -182,7 +183,7 @@ CommandRegistrar reg(60, [](CLI::App& app, CliContext& ctx) {
                                                       "UNIFACパラメータファイルがありません: "})) +
                                par.string());
       ReadUnifacParameterFile(s, par);
-      UnifacScreenInput in = ReadCase(LoadJsonCase(file), file);
+      UnifacScreenInput in = ReadUnifacCaseFile(file);
       if (!RunUnifacEstimate(s, in)) {
         if (ctx.json) PrintJson(ctx, Json::object());
         return 2;
@@ -208,4 +209,9 @@ ExampleRegistrar unifacExamples({"unifac",
                                  }});
 
 }  // namespace
+
+UnifacScreenInput ReadUnifacCaseFile(const std::string& file) {
+  return ReadCase(LoadJsonCase(file), file);
+}
+
 }  // namespace tervale::cli

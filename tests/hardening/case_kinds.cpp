@@ -18,6 +18,8 @@
 #endif
 #if __has_include("batch/batch_data.h")
 #include "batch/batch_data.h"
+#include "batch/batch_run.h"
+#include "batch/batch_run_files.h"
 #define TERVALE_HAS_BATCH_FILE 1
 #endif
 #if __has_include("unifac/unifac_model.h")
@@ -85,6 +87,21 @@ std::vector<CaseKind> CoreCaseKinds() {
                    {},
                    {},
                    "batch --stop-after-steps 50"});
+  // B_Calc_2.dat: the case followed by the converged total-reflux state, as a run leaves it.
+  kinds.push_back(
+      {"batch_state",
+       [](SharedCalcState& s, int) {
+         LoadBatchExample(s, 1);
+         s.Batch.BatchOpeType = 1;
+         CheckBatchGoCalc(s);
+         RunBatchCalculation(s, nullptr, {.writeFiles = false});
+       },
+       [](SharedCalcState& s, const fs::path& p) {
+         s.DataPath = p.parent_path().string();
+         WriteBatchConvergedState(s);
+         fs::rename(fs::path(s.DataFileName), p);
+       },
+       [](SharedCalcState& s, const fs::path& p) { return ReadBatchCase(s, p, true); }});
 #endif
 #if defined(TERVALE_HAS_VLE_FILE)
   kinds.push_back({"vle",

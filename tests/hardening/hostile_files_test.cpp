@@ -172,15 +172,15 @@ TEST(HostileFiles, CoreReadersRefuseCleanlyAndKeepStateAndFiles) {
     // The example's own file, and the state as it stands before each read (example 2).
     const std::string example = ExampleBytes(kind, 1, saved);
     std::string pristine, cleared;
-    {
+    auto loaded = MakeSharedCalcState();
+    loaded->LanguageFlag = 1;
+    kind.loadExample(*loaded, 2);
+    pristine = Fingerprint(kind, *loaded, saved);
+    if (kind.clearedOnBrokenFile) {
       auto t = MakeSharedCalcState();
-      t->LanguageFlag = 1;
-      kind.loadExample(*t, 2);
-      pristine = Fingerprint(kind, *t, saved);
-      if (kind.clearedOnBrokenFile) {
-        kind.clearedOnBrokenFile(*t);
-        cleared = Fingerprint(kind, *t, saved);
-      }
+      *t = *loaded;
+      kind.clearedOnBrokenFile(*t);
+      cleared = Fingerprint(kind, *t, saved);
     }
     ASSERT_FALSE(example.empty());
     const fs::path work = dir.path() / "work";
@@ -198,10 +198,9 @@ TEST(HostileFiles, CoreReadersRefuseCleanlyAndKeepStateAndFiles) {
       }
       const auto before = Snapshot(work);
       auto s = MakeSharedCalcState();
+      *s = *loaded;
       RecordingDialogs dialogs;
       s->Dialogs = &dialogs;
-      s->LanguageFlag = 1;
-      kind.loadExample(*s, 2);
       bool accepted = false, fileError = false;
       std::string message;
       try {

@@ -7,35 +7,19 @@
 #include <fstream>
 #include <sstream>
 
-#if __has_include("flash/flash_program.h")
-#include "flash/flash_program.h"
-#define TERVALE_HAS_FLASH_FILE 1
-#endif
-#if __has_include("column/column_results.h")
-#include "column/column_case.h"
-#include "column/tray_solver.h"
-#define TERVALE_HAS_COLUMN_FILE 1
-#endif
-#if __has_include("batch/batch_data.h")
 #include "batch/batch_data.h"
 #include "batch/batch_run.h"
 #include "batch/batch_run_files.h"
-#define TERVALE_HAS_BATCH_FILE 1
-#endif
-#if __has_include("unifac/unifac_model.h")
-#include "unifac/unifac_model.h"
-#define TERVALE_HAS_UNIFAC_FILE 1
-#endif
-#if __has_include("regress/vle_regression.h")
+#include "column/column_case.h"
+#include "column/tray_solver.h"
+#include "flash/flash_program.h"
 #include "regress/vle_case.h"
-#define TERVALE_HAS_VLE_FILE 1
-#endif
+#include "unifac/unifac_model.h"
 
 namespace tervale::hardening {
 
 std::vector<CaseKind> CoreCaseKinds() {
   std::vector<CaseKind> kinds;
-#ifdef TERVALE_HAS_FLASH_FILE
   kinds.push_back({"flash",
                    [](SharedCalcState& s, int n) { LoadFlashExample(s, n); },
                    [](SharedCalcState& s, const fs::path& p) { WriteFlashFile(s, p); },
@@ -47,8 +31,6 @@ std::vector<CaseKind> CoreCaseKinds() {
                    {},
                    {},
                    "flash --calc flash"});
-#endif
-#if defined(TERVALE_HAS_COLUMN_FILE)
   {
     const auto read = [](SharedCalcState& s, const fs::path& p) {
       return ReadColumnFile(s, p.string());
@@ -77,8 +59,6 @@ std::vector<CaseKind> CoreCaseKinds() {
                      },
                      write, read});
   }
-#endif
-#ifdef TERVALE_HAS_BATCH_FILE
   kinds.push_back({"batch",
                    [](SharedCalcState& s, int n) { LoadBatchExample(s, 1); },
                    [](SharedCalcState& s, const fs::path& p) { WriteBatchCase(s, p); },
@@ -102,8 +82,6 @@ std::vector<CaseKind> CoreCaseKinds() {
          fs::rename(fs::path(s.DataFileName), p);
        },
        [](SharedCalcState& s, const fs::path& p) { return ReadBatchCase(s, p, true); }});
-#endif
-#if defined(TERVALE_HAS_VLE_FILE)
   kinds.push_back({"vle",
                    [](SharedCalcState& s, int n) { LoadVLEExample(s, n); },
                    [](SharedCalcState& s, const fs::path& p) { SaveVLEDataFile(s, p); },
@@ -112,8 +90,6 @@ std::vector<CaseKind> CoreCaseKinds() {
                    {},
                    {},
                    "vle"});
-#endif
-#ifdef TERVALE_HAS_UNIFAC_FILE
   {
     CaseKind unifac;
     unifac.name = "unifac_par";
@@ -141,7 +117,6 @@ std::vector<CaseKind> CoreCaseKinds() {
     };
     kinds.push_back(unifac);
   }
-#endif
   return kinds;
 }
 
@@ -162,12 +137,9 @@ std::string Fingerprint(const CaseKind& kind, SharedCalcState& s, const fs::path
 }
 
 std::vector<CliCaseKind> CliCaseKinds() {
-  std::vector<CliCaseKind> kinds{{"purecomp", "example purecomp", "purecomp"}};
-#if __has_include("cli/json_case_file.h")
-  kinds.push_back({"unifac", "example unifac 1", "unifac"});
-  kinds.push_back({"antoine", "example antoine", "antoine"});
-#endif
-  return kinds;
+  return {{"purecomp", "example purecomp", "purecomp"},
+          {"unifac", "example unifac 1", "unifac"},
+          {"antoine", "example antoine", "antoine"}};
 }
 
 std::string ReadBytes(const fs::path& path) {

@@ -2,7 +2,6 @@
 // with each row written whole or not at all, for each writer of the program.
 #include <gtest/gtest.h>
 
-#if __has_include("database/writers.h")
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -148,19 +147,19 @@ TEST(CrashSafeSave, DatabaseRowsAreWholeOrAbsentAfterSigkill) {
       ::kill(pid, SIGKILL);
       int status = 0;
       ::waitpid(pid, &status, 0);
-      ASSERT_TRUE(WIFSIGNALED(status)) << "the writer stopped by itself, trial " << trial;
+      ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL)
+          << "the writer stopped by itself, trial " << trial;
 
       auto db = PropertyDatabase::Open(file);
       const RecordSet check = db->Query("PRAGMA integrity_check");
       ASSERT_EQ(check.RecordCount(), 1);
       ASSERT_EQ(AsText(check.rows[0][0]), "ok") << "trial " << trial;
-      const RecordSet rows =
-          db->Query("SELECT * FROM [" + writer.table + "] WHERE substr([Memo], 1, 6) = 'crash-'");
+      const std::string mine = "[" + writer.table + "] WHERE substr([Memo], 1, 6) = 'crash-'";
+      const RecordSet rows = db->Query("SELECT * FROM " + mine);
       std::int64_t written = 0, last = first - 1;
       for (size_t i = 0; i < rows.rows.size(); ++i) {
         const std::string memo = AsText(rows.Field(i, "Memo"));
         const std::int64_t k = SerialOf(memo);
-        if (k < first) continue;
         ASSERT_EQ(memo, MemoOf(k)) << "trial " << trial;
         for (const auto& [column, value] : writer.numbers(k))
           ASSERT_EQ(AsNumber(rows.Field(i, column)), value) << column << ", trial " << trial;
@@ -169,10 +168,11 @@ TEST(CrashSafeSave, DatabaseRowsAreWholeOrAbsentAfterSigkill) {
       }
       // The rows written form an unbroken run from the first: none lost before a later one.
       EXPECT_EQ(last, first + written - 1) << "trial " << trial;
+      // Each trial starts from an empty table, so that a thousand trials stay quick.
+      db->Execute("DELETE FROM " + mine);
     }
   }
 }
 
 }  // namespace
 }  // namespace tervale::hardening
-#endif

@@ -8,22 +8,10 @@
 #include <nlohmann/json.hpp>
 #include <regex>
 
-#include "hardening/case_kinds.h"
-#if __has_include("column/column_results.h")
-#include "column/column_case.h"
-#define TERVALE_HAS_COLUMN_FILE 1
-#endif
-#if __has_include("flash/flash_program.h")
-#define TERVALE_HAS_FLASH_FILE 1
-#endif
-#if __has_include("batch/batch_data.h")
 #include "batch/batch_case.h"
-#define TERVALE_HAS_BATCH_FILE 1
-#endif
-#if __has_include("regress/vle_regression.h")
+#include "column/column_case.h"
+#include "hardening/case_kinds.h"
 #include "regress/vle_case.h"
-#define TERVALE_HAS_VLE_FILE 1
-#endif
 
 namespace tervale::hardening {
 namespace {
@@ -96,7 +84,6 @@ struct StatePerturbation {
 
 std::map<std::string, std::vector<StatePerturbation>> StatePerturbations() {
   std::map<std::string, std::vector<StatePerturbation>> all;
-#ifdef TERVALE_HAS_VLE_FILE
   all["vle"] = {
       {"zero Antoine C", [](SharedCalcState& s) { s.VLE.AntoineC[1] = 0; }},
       {"negative Antoine C", [](SharedCalcState& s) { s.VLE.AntoineC[2] = -400; }},
@@ -111,46 +98,32 @@ std::map<std::string, std::vector<StatePerturbation>> StatePerturbations() {
        }},
       {"no data points", [](SharedCalcState& s) { s.VLE.NVLEData = 0; }},
   };
-#endif
   // Constants every program keeps in the component table.
   const std::vector<StatePerturbation> components = {
       {"zero Antoine C", [](SharedCalcState& s) { s.Comp.AntoineC[1] = 0; }},
       {"negative Antoine C", [](SharedCalcState& s) { s.Comp.AntoineC[2] = -400; }},
       {"zero molecular weight", [](SharedCalcState& s) { s.Comp.CompMW[1] = 0; }},
   };
-#ifdef TERVALE_HAS_FLASH_FILE
   all["flash"] = components;
   all["flash"].push_back({"zero pressure", [](SharedCalcState& s) { s.Flash.FlashPress = 0; }});
   all["flash"].push_back({"all-zero composition", [](SharedCalcState& s) { s.Flash.FeedZ = {}; }});
   all["flash"].push_back(
       {"temperature at absolute zero", [](SharedCalcState& s) { s.Flash.FlashTemp = -273.15; }});
-#endif
-#ifdef TERVALE_HAS_BATCH_FILE
   all["batch"] = components;
   all["batch"].push_back(
       {"zero pressure", [](SharedCalcState& s) { s.Batch.TopPress = s.Batch.BottomPress = 0; }});
   all["batch"].push_back({"all-zero charge", [](SharedCalcState& s) { s.Batch.FeedComp = {}; }});
-#endif
-#ifdef TERVALE_HAS_COLUMN_FILE
-  all["column"] = {
-      {"zero Antoine C", [](SharedCalcState& s) { s.Comp.AntoineC[1] = 0; }},
-      {"negative Antoine C", [](SharedCalcState& s) { s.Comp.AntoineC[2] = -400; }},
-      {"zero pressure",
-       [](SharedCalcState& s) {
-         s.Column.TopPress = s.Column.BottomPress = 0;
-         for (int f = 1; f <= s.NFeed; ++f) s.Column.FeedPress[f] = 0;
-       }},
-      {"all-zero feed composition",
-       [](SharedCalcState& s) {
-         for (int f = 1; f <= s.NFeed; ++f) s.Column.FeedComp[f] = {};
-       }},
-      {"zero molecular weight", [](SharedCalcState& s) { s.Comp.CompMW[1] = 0; }},
-      {"zero feed flow",
-       [](SharedCalcState& s) {
-         for (int f = 1; f <= s.NFeed; ++f) s.Column.FeedFlow[f] = 0;
-       }},
-  };
-#endif
+  all["column"] = components;
+  all["column"].push_back({"zero pressure", [](SharedCalcState& s) {
+                             s.Column.TopPress = s.Column.BottomPress = 0;
+                             for (int f = 1; f <= s.NFeed; ++f) s.Column.FeedPress[f] = 0;
+                           }});
+  all["column"].push_back({"all-zero feed composition", [](SharedCalcState& s) {
+                             for (int f = 1; f <= s.NFeed; ++f) s.Column.FeedComp[f] = {};
+                           }});
+  all["column"].push_back({"zero feed flow", [](SharedCalcState& s) {
+                             for (int f = 1; f <= s.NFeed; ++f) s.Column.FeedFlow[f] = 0;
+                           }});
   return all;
 }
 

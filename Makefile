@@ -56,13 +56,11 @@ fuzz-build:
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS)
 
 # The seeds of the case-file targets are written from the built-in examples by the command-line
-# program (built first if needed); the hand-written seeds are kept in fuzz/seeds.
-fuzz-seeds:
-	@if [ ! -d fuzz/seeds/flash_file ]; then \
-	  cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DTERVALE_BUILD_GUI=OFF >/dev/null && \
-	  cmake --build $(BUILD) -j $(JOBS) --target tervale-cli && \
-	  bash fuzz/make_seeds.sh $(BUILD)/bin/tervale-cli; \
-	fi
+# program (built first if needed) into $(FUZZ_BUILD)/seeds; the hand-written seeds are kept in
+# fuzz/seeds.
+fuzz-seeds: configure
+	@cmake --build $(BUILD) -j $(JOBS) --target tervale-cli
+	@bash fuzz/make_seeds.sh $(BUILD)/bin/tervale-cli $(FUZZ_BUILD)/seeds
 
 fuzz: fuzz-build fuzz-seeds
 	@bash fuzz/run.sh $(FUZZ_BUILD) $(SECONDS)

@@ -18,7 +18,9 @@ for t in "${targets[@]}"; do
   corpus="$build/corpus/$t"
   mkdir -p "$corpus" "$build/artifacts/$t"
   seeds=()
-  [ -d "$here/seeds/${t#fuzz_}" ] && seeds=("$here/seeds/${t#fuzz_}")
+  for d in "$here/seeds/${t#fuzz_}" "$build/seeds/${t#fuzz_}"; do
+    [ -d "$d" ] && seeds+=("$d")
+  done
   log="$build/$t.log"
   "$build/bin/$t" -max_total_time="$seconds" -timeout=1 -rss_limit_mb=2048 -malloc_limit_mb=2048 \
     -max_len=65536 -close_fd_mask=3 -print_final_stats=1 \

@@ -7,7 +7,7 @@ packages=(
   libsqlite3-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libcli11-dev nlohmann-json3-dev
-  qt6-base-dev qt6-charts-dev libqt6svg6-dev qt6-translations-l10n
+  qt6-base-dev qt6-charts-dev qt6-svg-dev qt6-translations-l10n
   libgl-dev
   fonts-noto-cjk
 )

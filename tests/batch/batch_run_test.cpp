@@ -52,13 +52,12 @@ class BalanceObserver : public BatchRunObserver {
     }
   }
   void Yield(SharedCalcState& s, const BatchStepInfo& info) override {
-    lastContent = s.Batch.TankContent;
     times.push_back(info.time);
     if (stopAt > 0 && info.step >= stopAt) RequestStop(s);
   }
   double worstOverall = 0, worstTanks = 0, worstComp = 0;
   double closedTanks = 0;
-  CompArray closedComp{}, lastContent{};
+  CompArray closedComp{};
   int saves = 0;
   long long stopAt = 0;
   std::vector<std::string> notices;

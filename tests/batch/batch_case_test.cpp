@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
 
 #include "batch/batch_data.h"
@@ -11,9 +12,9 @@
 using namespace tervale;
 using namespace tervale::testing;
 
-TEST(BatchCase, ResetSetsEveryMatrixElementAndTheDefaults) {
-  Prepared p;
-  auto& s = p.s();
+using BatchCaseTest = BatchFixture;
+
+TEST_F(BatchCaseTest, ResetSetsEveryMatrixElementAndTheDefaults) {
   s.Bin.WilsonLambda[2][3] = 0.5;
   s.Bin.NrtlTau[1][2] = 3;
   s.Batch.TotalFeed = 7;
@@ -40,38 +41,7 @@ TEST(BatchCase, ResetSetsEveryMatrixElementAndTheDefaults) {
   EXPECT_EQ(s.Batch.TotalFeed, 0);
 }
 
-TEST(BatchCase, ExampleHoldsEveryListedValue) {
-  Prepared p;
-  auto& s = p.s();
-  s.LanguageFlag = 1;
-  ASSERT_TRUE(LoadBatchExample(s));
-  EXPECT_FALSE(LoadBatchExample(s, 2));
-  ASSERT_TRUE(LoadBatchExample(s, 1));
-  EXPECT_EQ(s.NC, 3);
-  EXPECT_EQ(s.NTray, 10);
-  EXPECT_EQ(s.KValueMethod, 2);
-  EXPECT_EQ(s.Batch.BatchOpeType, 2);
-  EXPECT_EQ(s.Unit.PressUnit, 3);
-  EXPECT_EQ(s.Unit.HeatUnit, 2);
-  EXPECT_DOUBLE_EQ(s.Batch.TRefluxQReb, ConvHeatToBase(s, 1000000));
-  EXPECT_EQ(s.Batch.TrayHoldupInput[10][kHoldupKgmol], 87);
-  EXPECT_EQ(s.Batch.TrayHoldupInput[1][kHoldupKgmol], 5);
-  EXPECT_EQ(s.Batch.TankChangeKey[2], 1);
-  EXPECT_EQ(s.Batch.TankChangeLimit[2], -0.88);
-  EXPECT_EQ(s.Batch.TankOperation[2][kTankReflux], 8);
-  EXPECT_EQ(s.Bin.WilsonLambda[3][1], 0.382);
-  EXPECT_EQ(s.Bin.WilsonLambda[3][2], 0.999);
-  EXPECT_EQ(s.Bin.WilsonLambda[2][3], 0.829);
-  EXPECT_EQ(s.Bin.WilsonLambda[1][2], 1);
-  EXPECT_EQ(s.Comp.HLiqA[3], -485.52);
-  EXPECT_EQ(s.Batch.GraphDivisions, 6);
-  EXPECT_EQ(s.MemoLine[3], "Methanol - Ethanol -Water");
-  EXPECT_TRUE(CheckBatchGoCalc(s).ok);
-}
-
-TEST(BatchCase, StillHoldupMixesBasesAsDesigned) {
-  Prepared p;
-  auto& s = p.s();
+TEST_F(BatchCaseTest, StillHoldupMixesBasesAsDesigned) {
   LoadBatchExample(s);
   s.Batch.HoldupBasis = 2;
   for (int i = 1; i <= 9; ++i) s.Batch.TrayHoldupInput[i][kHoldupKg] = 3;
@@ -80,12 +50,17 @@ TEST(BatchCase, StillHoldupMixesBasesAsDesigned) {
   EXPECT_DOUBLE_EQ(s.Batch.TrayHoldupInput[10][kHoldupKgmol], 87);
 }
 
-TEST(BatchCase, FileLayoutAndRoundTrip) {
-  auto dir = FreshDir("file");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
-  LoadBatchExample(s);
+TEST_F(BatchCaseTest, ExampleFileLayoutAndRoundTrip) {
+  EXPECT_FALSE(LoadBatchExample(s, 2));
+  ASSERT_TRUE(LoadBatchExample(s));
+  EXPECT_TRUE(CheckBatchGoCalc(s).ok);
+  // The example's counts, methods, units, tank rows and Wilson matrix show in the layout below.
+  EXPECT_DOUBLE_EQ(s.Batch.TRefluxQReb, ConvHeatToBase(s, 1000000));
+  EXPECT_EQ(s.Batch.TrayHoldupInput[10][kHoldupKgmol], 87);
+  EXPECT_EQ(s.Batch.TrayHoldupInput[1][kHoldupKgmol], 5);
+  EXPECT_EQ(s.Comp.HLiqA[3], -485.52);
+  EXPECT_EQ(s.Batch.GraphDivisions, 6);
+  EXPECT_EQ(s.MemoLine[3], "Methanol - Ethanol -Water");
   s.Comp.CompPc[2] = 63.0;
   s.Batch.ReservedLong = 7;
   auto path = dir / "case.dat";
@@ -116,11 +91,7 @@ TEST(BatchCase, FileLayoutAndRoundTrip) {
   EXPECT_EQ(q.s().Batch.ReservedLong, 7);
 }
 
-TEST(BatchCase, BadFilesLeaveTheStateAsItWas) {
-  auto dir = FreshDir("badfile");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
+TEST_F(BatchCaseTest, BadFilesLeaveTheStateAsItWas) {
   LoadBatchExample(s);
   const std::string before = FormatBatchCase(s);
   {
@@ -138,22 +109,15 @@ TEST(BatchCase, BadFilesLeaveTheStateAsItWas) {
     std::string text = before;
     text.replace(text.find("3,10,2,1,2,1,0,1,3,2,1"), 22, "3,10,2,1,2,1,0,1,3,2,5");
     std::ofstream(dir / "five.dat", std::ios::binary) << text;
-    try {
-      ReadBatchCase(s, dir / "five.dat");
-      FAIL();
-    } catch (const FileReadError& e) {
-      EXPECT_NE(std::string(e.what()).find("TankChangeCount"), std::string::npos);
-    }
+    EXPECT_NE(ReadErrorText([&] { ReadBatchCase(s, dir / "five.dat"); }).find("TankChangeCount"),
+              std::string::npos);
   }
   EXPECT_THROW(ReadBatchCase(s, dir / "missing.dat"), FileReadError);
   EXPECT_EQ(FormatBatchCase(s), before);
 }
 
-TEST(BatchCase, TowerSpecCheck) {
-  Prepared p;
-  auto& s = p.s();
+TEST_F(BatchCaseTest, TowerSpecCheck) {
   ResetBatchCase(s);
-  s.LanguageFlag = 1;
   EXPECT_EQ(ApplyBatchTowerSpec(s, 201, 760, 770, 80), "Over max theoretical plates (200)");
   EXPECT_EQ(s.NTray, 0);
   s.LanguageFlag = 0;
@@ -164,11 +128,8 @@ TEST(BatchCase, TowerSpecCheck) {
   EXPECT_EQ(s.Batch.TrayPressInput[12], 770);
 }
 
-TEST(BatchCase, ProductCheckMessagesInOrder) {
-  Prepared p;
-  auto& s = p.s();
+TEST_F(BatchCaseTest, ProductCheckMessagesInOrder) {
   LoadBatchExample(s);
-  s.LanguageFlag = 1;
   BatchProductInput in;
   in.opeType = 2;
   in.changeCount = 6;
@@ -220,54 +181,38 @@ TEST(BatchCase, ProductCheckMessagesInOrder) {
   EXPECT_EQ(s.Batch.TankChangeKey[1], -2);
 }
 
-TEST(BatchCase, GoCheckMessagesInOrder) {
-  Prepared p;
-  auto& s = p.s();
-  s.LanguageFlag = 1;
-  s.Dialogs = &p.dialogs;
-  auto expectRefused = [&](const char* text) {
+TEST_F(BatchCaseTest, GoCheckMessagesInOrder) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const struct {
+    std::function<void(tervale::BatchCase&)> spoil;
+    const char* message;
+  } cases[] = {
+      {[&](auto&) { s.NC = 0; }, "N.Comp or T.Plate does not input"},
+      {[&](auto&) { s.EnthalpyMethod = 0; }, "K-Value or Enthalpy Method does not input"},
+      {[&](auto&) { s.Comp.AntoineC[2] = 0; }, "Antoine Constants does not input"},
+      {[](auto& b) { b.TotalFeed = 0; }, "Feed rate does not input"},
+      {[](auto& b) { b.FeedComp[3] = 0; }, "Feed Composition doese not input"},
+      {[](auto& b) {
+         b.TrayHoldupInput[4] = {0, 0, 0};
+       },
+       "Tray holdup rate does not input"},
+      {[](auto& b) { b.BottomPress = 0; }, "Pressure does not input"},
+      {[](auto& b) { b.TRefluxQReb = 0; }, "Reboiler heat duty does not input"},
+      {[](auto& b) { b.SaveInterval = 0; }, "Calculation condition does not input"},
+      // A negative step or an end time that is no number would keep the run going for ever.
+      {[](auto& b) { b.DiffTime = -0.0002; }, "Calculation condition must be positive numbers"},
+      {[&](auto& b) { b.MaxOpeTime = nan; }, "Calculation condition must be positive numbers"},
+      {[](auto& b) { b.SaveInterval = -0.002; }, "Calculation condition must be positive numbers"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.message);
+    LoadBatchExample(s);
+    c.spoil(s.Batch);
     auto r = CheckBatchGoCalc(s);
     EXPECT_FALSE(r.ok);
     ASSERT_FALSE(r.messages.empty());
-    EXPECT_EQ(r.messages.back(), text);
-  };
-  LoadBatchExample(s);
-  s.NC = 0;
-  expectRefused("N.Comp or T.Plate does not input");
-  LoadBatchExample(s);
-  s.EnthalpyMethod = 0;
-  expectRefused("K-Value or Enthalpy Method does not input");
-  LoadBatchExample(s);
-  s.Comp.AntoineC[2] = 0;
-  expectRefused("Antoine Constants does not input");
-  LoadBatchExample(s);
-  s.Batch.TotalFeed = 0;
-  expectRefused("Feed rate does not input");
-  LoadBatchExample(s);
-  s.Batch.FeedComp[3] = 0;
-  expectRefused("Feed Composition doese not input");
-  LoadBatchExample(s);
-  s.Batch.TrayHoldupInput[4] = {0, 0, 0};
-  expectRefused("Tray holdup rate does not input");
-  LoadBatchExample(s);
-  s.Batch.BottomPress = 0;
-  expectRefused("Pressure does not input");
-  LoadBatchExample(s);
-  s.Batch.TRefluxQReb = 0;
-  expectRefused("Reboiler heat duty does not input");
-  LoadBatchExample(s);
-  s.Batch.SaveInterval = 0;
-  expectRefused("Calculation condition does not input");
-  // A negative step or an end time that is no number would keep the run going for ever.
-  LoadBatchExample(s);
-  s.Batch.DiffTime = -0.0002;
-  expectRefused("Calculation condition must be positive numbers");
-  LoadBatchExample(s);
-  s.Batch.MaxOpeTime = std::numeric_limits<double>::quiet_NaN();
-  expectRefused("Calculation condition must be positive numbers");
-  LoadBatchExample(s);
-  s.Batch.SaveInterval = -0.002;
-  expectRefused("Calculation condition must be positive numbers");
+    EXPECT_EQ(r.messages.back(), c.message);
+  }
   // A continuation whose counts changed: the notice, then the checks go on.
   LoadBatchExample(s);
   s.Batch.ContinueFromTReflux = 1;
@@ -275,16 +220,14 @@ TEST(BatchCase, GoCheckMessagesInOrder) {
   s.Batch.NTrayAtRead = 9;
   auto r = CheckBatchGoCalc(s);
   EXPECT_TRUE(r.ok);
-  ASSERT_EQ(r.messages.size(), 1u);
-  EXPECT_EQ(r.messages[0],
-            "not Equal N.Comp or T.Plate at total reflux data, calculate initial state");
+  EXPECT_EQ(r.messages,
+            std::vector<std::string>{
+                "not Equal N.Comp or T.Plate at total reflux data, calculate initial state"});
   EXPECT_EQ(s.Batch.ContinueFromTReflux, 0);
   EXPECT_EQ(s.Batch.QRebSet, s.Batch.TRefluxQReb);
 }
 
-TEST(BatchCase, PressureProfileInterpolatesWithTheLargerDivisor) {
-  Prepared p;
-  auto& s = p.s();
+TEST_F(BatchCaseTest, PressureProfileInterpolatesWithTheLargerDivisor) {
   LoadBatchExample(s);
   s.Batch.BottomPress = 1100;
   s.Batch.TrayPressInput[10] = 1100;
@@ -292,22 +235,11 @@ TEST(BatchCase, PressureProfileInterpolatesWithTheLargerDivisor) {
   s.Batch.TrayPressInput[6] = 1010;  // side by side: nothing in between
   TrayArray P{};
   BatchPressureProfile(s, P);
-  auto mmHg = [&](int i) { return ConvPressFromBase(s, P[i]); };
-  EXPECT_NEAR(mmHg(1), 760, 1e-9);
-  EXPECT_NEAR(mmHg(2), 808, 1e-9);
-  EXPECT_NEAR(mmHg(3), 856, 1e-9);
-  EXPECT_NEAR(mmHg(4), 904, 1e-9);
-  EXPECT_NEAR(mmHg(5), 1000, 1e-9);
-  EXPECT_NEAR(mmHg(6), 1010, 1e-9);
-  EXPECT_NEAR(mmHg(7), 1010 + 90.0 / 5, 1e-9);
-  EXPECT_NEAR(mmHg(9), 1010 + 3 * 90.0 / 5, 1e-9);
-  EXPECT_NEAR(mmHg(10), 1100, 1e-9);
+  const double mmHg[] = {0, 760, 808, 856, 904, 1000, 1010, 1028, 1046, 1064, 1100};
+  for (int i = 1; i <= 10; ++i) EXPECT_NEAR(ConvPressFromBase(s, P[i]), mmHg[i], 1e-9) << i;
 }
 
-TEST(BatchCase, EntryScreensKeepTheDerivedFigures) {
-  Prepared p;
-  auto& s = p.s();
-  s.LanguageFlag = 1;
+TEST_F(BatchCaseTest, EntryScreensKeepTheDerivedFigures) {
   ResetBatchCase(s);
   EXPECT_EQ(BatchFeedScreenGuard(s), "No Component Name");
   EXPECT_EQ(BatchTrayScreenGuard(s), "T.Plate does not input");

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <regex>
 
 #include "batch/batch_results.h"
@@ -50,25 +52,17 @@ class BalanceObserver : public BatchRunObserver {
     }
   }
   void Yield(SharedCalcState& s, const BatchStepInfo& info) override {
-    lastContent = s.Batch.TankContent;
     times.push_back(info.time);
-    questions.push_back(questionsSeen ? *questionsSeen : 0);
     if (stopAt > 0 && info.step >= stopAt) RequestStop(s);
   }
   double worstOverall = 0, worstTanks = 0, worstComp = 0;
   double closedTanks = 0;
-  CompArray closedComp{}, lastContent{};
+  CompArray closedComp{};
   int saves = 0;
   long long stopAt = 0;
   std::vector<std::string> notices;
   std::vector<double> times;
-  std::vector<size_t> questions;
-  const size_t* questionsSeen = nullptr;
 };
-
-std::vector<std::string> RunFileLines(const std::filesystem::path& dir, const char* suffix) {
-  return Lines(ReadText(dir / (std::string("B_Calc") + suffix)));
-}
 
 size_t Fields(const std::string& line) {
   return static_cast<size_t>(std::count(line.begin(), line.end(), ',')) + 1;
@@ -76,51 +70,38 @@ size_t Fields(const std::string& line) {
 
 }  // namespace
 
-TEST(BatchRun, LiteralExampleEndsByTimeOverAtTotalReflux) {
-  auto dir = FreshDir("literal");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
+using BatchRun = BatchFixture;
+
+TEST_F(BatchRun, LiteralExampleEndsByTimeOverAtTotalReflux) {
   LoadBatchExample(s);
-  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
+  ASSERT_TRUE(Ready());
   BatchRunResult r = RunBatchCalculation(s);
   EXPECT_EQ(r.end, BatchRunEnd::TimeOver);
   EXPECT_FALSE(r.converged);
   EXPECT_EQ(r.productSteps, 0);
   EXPECT_GT(s.Batch.RunTime, s.Batch.MaxOpeTime);
-  EXPECT_TRUE(std::filesystem::exists(dir / "B_Calc_1.dat"));
-  EXPECT_TRUE(std::filesystem::exists(dir / "B_Calc_3.dat"));
-  EXPECT_TRUE(std::filesystem::exists(dir / "B_Calc_Log.dat"));
-  EXPECT_FALSE(std::filesystem::exists(dir / "B_Calc_2.dat"));
-  EXPECT_FALSE(std::filesystem::exists(dir / "B_Calc_4.dat"));
-  EXPECT_FALSE(std::filesystem::exists(dir / "B_Calc_5.dat"));
+  EXPECT_EQ(BatchFilesPresent(dir), "_1 _3 _Log");
   EXPECT_EQ(p.dialogs.messages.back(), "Time over or Bottom Volume=0, end of calculation");
   // _3.dat of the end of the run: no empty field, the entered save interval in the fourth.
-  auto three = RunFileLines(dir, "_3.dat");
-  EXPECT_EQ(Fields(three[0]), 9u);
-  EXPECT_EQ(Fields(three[1]), 10u);
+  auto three = File("_3");
+  EXPECT_EQ(three.size(), 3u + 2 * 10);
+  const size_t fields[] = {9, 10, 0, 6, 7};
+  for (size_t k : {0u, 1u, 3u, 4u}) EXPECT_EQ(Fields(three[k]), fields[k]) << k;
   EXPECT_EQ(three[1].find("\"\""), std::string::npos);
   EXPECT_EQ(three[2].substr(0, 4), "0,0,");
   EXPECT_TRUE(three[2].ends_with(",0.002"));
-  EXPECT_EQ(Fields(three[3]), 6u);
-  EXPECT_EQ(Fields(three[4]), 7u);
-  EXPECT_EQ(three.size(), 3u + 2 * 10);
-  auto log = RunFileLines(dir, "_Log.dat");
+  auto log = File("_Log");
   ASSERT_EQ(log.size(), 2u);
-  std::regex start(R"(^\d{4}/\d{2}/\d{2} \d{2}:\d{2}:\d{2} Start Calculation$)");
-  EXPECT_TRUE(std::regex_match(log[0], start)) << log[0];
-  std::regex over(
-      R"(^\d{4}/\d{2}/\d{2} \d{2}:\d{2}:\d{2} Cal_time=10\.0000 Time over or Bottom Volume=0, end of calculation$)");
-  EXPECT_TRUE(std::regex_match(log[1], over)) << log[1];
+  const std::string stamp = R"(^\d{4}/\d{2}/\d{2} \d{2}:\d{2}:\d{2} )";
+  EXPECT_TRUE(std::regex_match(log[0], std::regex(stamp + "Start Calculation$"))) << log[0];
+  EXPECT_TRUE(std::regex_match(
+      log[1], std::regex(stamp + R"(Cal_time=10\.0000 Time over or Bottom Volume=0, )"
+                                 "end of calculation$")))
+      << log[1];
 }
 
-TEST(BatchRun, ProductVariantRunsToTheEndWithBalancesClosed) {
-  auto dir = FreshDir("product");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
-  LoadProductExample(s);
-  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
+TEST_F(BatchRun, ProductRunClosesItsBalancesAndAContinuationPicksItUp) {
+  ASSERT_TRUE(Ready());
   BalanceObserver obs;
   BatchRunResult r = RunBatchCalculation(s, &obs);
   EXPECT_EQ(r.end, BatchRunEnd::TanksExhausted);
@@ -142,55 +123,39 @@ TEST(BatchRun, ProductVariantRunsToTheEndWithBalancesClosed) {
   EXPECT_LT(r.tanks[1].content[1] / total2, 0.88);
   EXPECT_GT(r.tanks[1].content[1] / total2, 0.87);
   EXPECT_NEAR(total1 + total2, s.Batch.TotalDistillate, 1e-9);
-  ASSERT_EQ(obs.notices.size(), 2u);
-  EXPECT_EQ(obs.notices[0], "Total Reflux Converged");
-  EXPECT_EQ(obs.notices[1], "Change Tank 1");
+  EXPECT_EQ(obs.notices, (std::vector<std::string>{"Total Reflux Converged", "Change Tank 1"}));
   // The tank file: two records of three lines.
-  auto five = RunFileLines(dir, "_5.dat");
+  auto five = File("_5");
   ASSERT_EQ(five.size(), 6u);
   EXPECT_TRUE(five[0].starts_with("0,"));
   EXPECT_TRUE(five[3].starts_with("1,"));
   EXPECT_EQ(Fields(five[1]), 3u);
   EXPECT_EQ(Fields(five[2]), 10u);
   // _3.dat of EndBatchCalculation: the empty text field, the next save time.
-  auto three = RunFileLines(dir, "_3.dat");
+  auto three = File("_3");
   EXPECT_TRUE(three[1].ends_with(",\"\""));
   EXPECT_EQ(Fields(three[1]), 11u);
   EXPECT_TRUE(three[2].starts_with("1,0,"));
   EXPECT_FALSE(three[2].ends_with(",0.002"));
-  // The log.
-  auto log = RunFileLines(dir, "_Log.dat");
+  auto log = File("_Log");
   ASSERT_EQ(log.size(), 4u);
   EXPECT_TRUE(log[1].ends_with(" 全還流収束"));
   EXPECT_TRUE(log[2].ends_with(" Change Tank"));
   EXPECT_TRUE(log[3].ends_with(" End of Calculation"));
-  // _4.dat starts again at 0; _1.dat at 0 too.
   // _4.dat starts with the first product step (the clock restarted at 0), _1.dat at 0.
-  EXPECT_EQ(RunFileLines(dir, "_4.dat")[0], "2e-04");
-  EXPECT_EQ(RunFileLines(dir, "_1.dat")[0], "0");
+  EXPECT_EQ(File("_4")[0], "2e-04");
+  EXPECT_EQ(File("_1")[0], "0");
   // The reports read the same figures back.
   auto tank = BatchTankTable(s);
   ASSERT_EQ(tank.rows.size(), 2u);
   EXPECT_DOUBLE_EQ(std::get<double>(tank.rows[1][1]), r.tanks[1].time);
   EXPECT_NEAR(std::get<double>(tank.rows[1][8]), total2, 1e-12);
-  auto reflux = BatchTotalRefluxTable(s, BatchFraction::LiqMol);
-  ASSERT_EQ(reflux.rows.size(), 10u);
-  auto load = BatchLoadTable(s, BatchSource::Product, true);
-  EXPECT_GT(load.rows.size(), 100u);
-  auto logTable = BatchLogTable(s);
-  EXPECT_EQ(logTable.rows.size(), 4u);
-}
+  EXPECT_EQ(BatchTotalRefluxTable(s, BatchFraction::LiqMol).rows.size(), 10u);
+  EXPECT_GT(BatchLoadTable(s, BatchSource::Product, true).rows.size(), 100u);
+  EXPECT_EQ(BatchLogTable(s).rows.size(), 4u);
 
-TEST(BatchRun, ContinuationConvergesAtOnceAndAppendsTheHistory) {
-  auto dir = FreshDir("continue");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
-  LoadProductExample(s);
-  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
-  BatchRunResult first = RunBatchCalculation(s);
+  // A continuation from the converged state converges at once and appends to the history.
   const auto historyBefore = ReadText(dir / "B_Calc_1.dat");
-
   Prepared q;
   Prepare(q, dir);
   auto& t = q.s();
@@ -198,117 +163,84 @@ TEST(BatchRun, ContinuationConvergesAtOnceAndAppendsTheHistory) {
   EXPECT_EQ(t.Batch.ContinueFromTReflux, 1);
   EXPECT_GT(t.Batch.ContinueTime, 0);
   ASSERT_TRUE(CheckBatchGoCalc(t).ok);
-  BalanceObserver obs;
-  obs.stopAt = first.totalRefluxSteps / 5;
-  BatchRunResult r = RunBatchCalculation(t, &obs);
+  BalanceObserver again;
+  again.stopAt = r.totalRefluxSteps / 5;
+  BatchRunResult c = RunBatchCalculation(t, &again);
   // The start temperatures come from the charge's bubble point, so the first steps settle the
   // flows again; the column is converged long before a start from the charge would be.
-  EXPECT_TRUE(r.converged);
-  EXPECT_LT(r.totalRefluxSteps, first.totalRefluxSteps / 10);
-  EXPECT_EQ(r.end, BatchRunEnd::Stopped);
-  EXPECT_GT(r.productSteps, 0);
+  EXPECT_TRUE(c.converged);
+  EXPECT_LT(c.totalRefluxSteps, r.totalRefluxSteps / 10);
+  EXPECT_EQ(c.end, BatchRunEnd::Stopped);
+  EXPECT_GT(c.productSteps, 0);
   const auto historyAfter = ReadText(dir / "B_Calc_1.dat");
   EXPECT_TRUE(historyAfter.starts_with(historyBefore));
   EXPECT_GT(historyAfter.size(), historyBefore.size());
   // A stop in the product phase: the open tank is written, _3.dat is the second write.
-  auto five = RunFileLines(dir, "_5.dat");
-  EXPECT_EQ(five.size(), 3u);
-  auto three = RunFileLines(dir, "_3.dat");
+  EXPECT_EQ(File("_5").size(), 3u);
+  three = File("_3");
   EXPECT_EQ(three[1].find("\"\""), std::string::npos);
   EXPECT_TRUE(three[2].ends_with(",0.002"));
-  auto log = RunFileLines(dir, "_Log.dat");
-  EXPECT_TRUE(log.back().ends_with(" Abort, end of calculation"));
-}
+  EXPECT_TRUE(File("_Log").back().ends_with(" Abort, end of calculation"));
 
-TEST(BatchRun, ContinuationWithChangedCountsStartsFromTheCharge) {
-  auto dir = FreshDir("continue_counts");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
-  LoadProductExample(s);
-  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
-  RunBatchCalculation(s);
-
-  Prepared q;
-  Prepare(q, dir);
-  auto& t = q.s();
-  ASSERT_TRUE(ReadBatchContinuation(t));
-  t.NTray = 9;
-  auto check = CheckBatchGoCalc(t);
+  // A continuation whose tray count changed: the notice, and a start from the charge.
+  Prepared m;
+  Prepare(m, dir);
+  auto& u = m.s();
+  ASSERT_TRUE(ReadBatchContinuation(u));
+  u.NTray = 9;
+  auto check = CheckBatchGoCalc(u);
   EXPECT_TRUE(check.ok);
   ASSERT_FALSE(check.messages.empty());
   EXPECT_EQ(check.messages[0],
             "not Equal N.Comp or T.Plate at total reflux data, calculate initial state");
-  EXPECT_EQ(t.Batch.ContinueFromTReflux, 0);
-  BalanceObserver obs;
-  obs.stopAt = 3;
-  BatchRunResult r = RunBatchCalculation(t, &obs);
-  EXPECT_FALSE(r.converged);
-  EXPECT_EQ(RunFileLines(dir, "_1.dat")[0], "0");  // started anew
+  EXPECT_EQ(u.Batch.ContinueFromTReflux, 0);
+  BalanceObserver anew;
+  anew.stopAt = 3;
+  EXPECT_FALSE(RunBatchCalculation(u, &anew).converged);
+  EXPECT_EQ(File("_1")[0], "0");  // started anew
 
   // The missing state file is a message.
   auto empty = FreshDir("continue_missing");
-  Prepared m;
-  Prepare(m, empty);
-  EXPECT_FALSE(ReadBatchContinuation(m.s()));
-  EXPECT_EQ(m.dialogs.messages.back(), "not exist Total Reflux Data");
+  Prepared e;
+  Prepare(e, empty);
+  EXPECT_FALSE(ReadBatchContinuation(e.s()));
+  EXPECT_EQ(e.dialogs.messages.back(), "not exist Total Reflux Data");
 }
 
-TEST(BatchRun, FailedStepIsHalvedAndCancelEndsAtOnce) {
-  auto dir = FreshDir("halve");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
-  LoadProductExample(s);
+TEST_F(BatchRun, FailedStepIsHalvedAndCancelEndsAtOnce) {
   s.Batch.DiffTime = 0.02;  // far too long a step for trays of 1 Kgmol
-  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
+  ASSERT_TRUE(Ready());
   BalanceObserver obs;
   obs.stopAt = 40;
-  obs.questionsSeen = nullptr;
   RunBatchCalculation(s, &obs);
-  // Find the first step that asked: its clock ends half a step behind where it began.
-  size_t asked = 0;
-  for (const auto& m : p.dialogs.messages)
-    asked += m == "ERROR:Runge-Kutta-Gill Negative composition";
-  ASSERT_GT(asked, 0u);
-  bool found = false;
-  for (size_t k = 1; k < obs.times.size(); ++k) {
-    if (obs.times[k] < obs.times[k - 1]) {
-      EXPECT_NEAR(obs.times[k], obs.times[k - 1] - 0.01, 1e-12);
-      found = true;
-      break;
-    }
-  }
-  EXPECT_TRUE(found);
-  auto log = RunFileLines(dir, "_Log.dat");
+  EXPECT_NE(std::count(p.dialogs.messages.begin(), p.dialogs.messages.end(),
+                       "ERROR:Runge-Kutta-Gill Negative composition"),
+            0);
+  // The first step that asked: its clock ends half a step behind where it began.
+  auto back = std::adjacent_find(obs.times.begin(), obs.times.end(), std::greater<>());
+  ASSERT_NE(back, obs.times.end());
+  EXPECT_NEAR(back[1], back[0] - 0.01, 1e-12);
+  auto log = File("_Log");
   std::regex retry(
       R"(^\d{4}/\d{2}/\d{2} \d{2}:\d{2}:\d{2} Cal_time=-?\d+\.\d{4} i= \d+  j = \d+ : Runge - Kutta - Gillの計算で組成がマイナス$)");
   ASSERT_GT(log.size(), 1u);
   EXPECT_TRUE(std::regex_match(log[1], retry)) << log[1];
 
   // Cancel: "End of Calculation", the log line, no end file.
-  auto dir2 = FreshDir("cancel");
-  Prepared c;
-  Prepare(c, dir2);
-  LoadProductExample(c.s());
-  c.s().Batch.DiffTime = 0.02;
-  ASSERT_TRUE(CheckBatchGoCalc(c.s()).ok);
-  c.dialogs.preparedAnswers = {Answer::Cancel};
-  BatchRunResult r = RunBatchCalculation(c.s());
-  EXPECT_EQ(r.end, BatchRunEnd::Cancelled);
-  EXPECT_EQ(c.dialogs.messages.back(), "End of Calculation");
-  EXPECT_EQ(c.s().Batch.CalcStopFlag, 0);
-  EXPECT_FALSE(std::filesystem::exists(dir2 / "B_Calc_3.dat"));
-  EXPECT_TRUE(RunFileLines(dir2, "_Log.dat").back().ends_with(" 計算完了"));
+  std::filesystem::remove(dir / "B_Calc_3.dat");
+  LoadProductExample(s);
+  s.Batch.DiffTime = 0.02;
+  ASSERT_TRUE(Ready());
+  p.dialogs.preparedAnswers = {Answer::Cancel};
+  EXPECT_EQ(RunBatchCalculation(s).end, BatchRunEnd::Cancelled);
+  EXPECT_EQ(p.dialogs.messages.back(), "End of Calculation");
+  EXPECT_EQ(s.Batch.CalcStopFlag, 0);
+  EXPECT_FALSE(std::filesystem::exists(dir / "B_Calc_3.dat"));
+  EXPECT_TRUE(File("_Log").back().ends_with(" 計算完了"));
 }
 
-TEST(BatchRun, RunTimeChangesAreLoggedOnlyWhenChanged) {
-  auto dir = FreshDir("changes");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
-  LoadProductExample(s);
-  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
+TEST_F(BatchRun, RunTimeChangesAreLoggedOnlyWhenChanged) {
+  ASSERT_TRUE(Ready());
   class Changer : public BatchRunObserver {
    public:
     void Yield(SharedCalcState& s, const BatchStepInfo& info) override {
@@ -330,7 +262,7 @@ TEST(BatchRun, RunTimeChangesAreLoggedOnlyWhenChanged) {
   EXPECT_FALSE(r.converged);  // the entered limit still holds
   EXPECT_EQ(changer.changed, (std::vector<bool>{false, true, true, true, false}));
   EXPECT_DOUBLE_EQ(changer.dt2, 0.00005);
-  auto log = RunFileLines(dir, "_Log.dat");
+  auto log = File("_Log");
   ASSERT_EQ(log.size(), 5u);
   // The figure behind "Old=" stays the entered value on a second change.
   std::regex first(R"(^\S+ \S+ Cal_time=0\.0000 Change Diff Time  Old= 2e-04  New=1E-4$)");
@@ -340,23 +272,13 @@ TEST(BatchRun, RunTimeChangesAreLoggedOnlyWhenChanged) {
   EXPECT_TRUE(log[4].ends_with(" Abort, end of calculation"));
 }
 
-TEST(BatchReports, MissingAndCutFiles) {
-  auto dir = FreshDir("reports");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
-  LoadProductExample(s);
-  try {
-    BatchTankTable(s);
-    FAIL();
-  } catch (const FileReadError& e) {
-    EXPECT_NE(std::string(e.what()).find("B_Calc_5.dat"), std::string::npos);
-  }
+TEST_F(BatchRun, ReportsOfMissingAndCutFiles) {
+  EXPECT_NE(ReadErrorText([&] { BatchTankTable(s); }).find("B_Calc_5.dat"), std::string::npos);
   EXPECT_THROW(BatchLogTable(s), FileReadError);
   EXPECT_THROW(BatchTotalRefluxTable(s, BatchFraction::LiqMol), FileReadError);
   EXPECT_FALSE(LoadBatchReportCase(s));
 
-  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
+  ASSERT_TRUE(Ready());
   BalanceObserver obs;
   obs.stopAt = 30;
   RunBatchCalculation(s, &obs);
@@ -385,19 +307,13 @@ TEST(BatchReports, MissingAndCutFiles) {
       << "0,0.5\r\n0,0,0\r\n1,2,3,4,5,6,7,8,9,10\r\n";
   auto tank = BatchTankTable(s);
   ASSERT_EQ(tank.rows.size(), 1u);
-  for (const auto& cell : tank.rows[0]) {
-    if (std::holds_alternative<double>(cell)) {
-      EXPECT_TRUE(std::isfinite(std::get<double>(cell)));
-    }
-  }
+  for (const auto& cell : tank.rows[0])
+    if (auto* v = std::get_if<double>(&cell)) EXPECT_TRUE(std::isfinite(*v));
   EXPECT_DOUBLE_EQ(std::get<double>(tank.rows[0][1]), 0.5);
   EXPECT_DOUBLE_EQ(std::get<double>(tank.rows[0][2 + 2 * 3]), 0);  // total Kgmol
 }
 
-TEST(BatchRun, TankTestKeysAndSigns) {
-  Prepared p;
-  auto& s = p.s();
-  LoadBatchExample(s);
+TEST_F(BatchRun, TankTestKeysAndSigns) {
   auto& b = s.Batch;
   b.TankRow = 1;
   b.TankContent = {};
@@ -434,15 +350,10 @@ TEST(BatchRun, TankTestKeysAndSigns) {
   EXPECT_EQ(view.messages[0], "Change Condition: (Mol Fr) Methanol < 0.88");
 }
 
-TEST(BatchRun, HoldupChangeIsADifferenceOnTraysAndARateInTheStill) {
-  auto dir = FreshDir("kgbasis");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
-  LoadProductExample(s);
+TEST_F(BatchRun, HoldupChangeIsADifferenceOnTraysAndARateInTheStill) {
   s.Batch.HoldupBasis = 2;  // Kg: the Kgmol on a tray follow its mean molecular weight
   for (int i = 1; i <= 9; ++i) s.Batch.TrayHoldupInput[i][kHoldupKg] = i == 1 ? 100 : 20;
-  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
+  ASSERT_TRUE(Ready());
   class Watcher : public BatchRunObserver {
    public:
     void Yield(SharedCalcState& s, const BatchStepInfo& info) override {
@@ -473,17 +384,12 @@ TEST(BatchRun, HoldupChangeIsADifferenceOnTraysAndARateInTheStill) {
   EXPECT_NEAR(s.Batch.Holdup[1], 100 / mw, 0.5);
 }
 
-TEST(BatchRun, DutySetOperationDrawsByTheEnergyBalanceAndKeepsTheDutyInForce) {
-  auto dir = FreshDir("type3");
-  Prepared p;
-  Prepare(p, dir);
-  auto& s = p.s();
-  LoadProductExample(s);
+TEST_F(BatchRun, DutySetOperationDrawsByTheEnergyBalanceAndKeepsTheDutyInForce) {
   auto& b = s.Batch;
   b.BatchOpeType = 3;
   b.TankOperation[1][kTankDuty] = 500000;
   b.TankOperation[2][kTankDuty] = 123;  // reaches the table, never the column
-  ASSERT_TRUE(CheckBatchGoCalc(s).ok);
+  ASSERT_TRUE(Ready());
   class DutyWatcher : public BalanceObserver {
    public:
     void Yield(SharedCalcState& s, const BatchStepInfo& info) override {

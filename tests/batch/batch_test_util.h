@@ -1,4 +1,6 @@
 #pragma once
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -7,6 +9,7 @@
 
 #include "batch/batch_data.h"
 #include "batch/batch_run.h"
+#include "state/errors.h"
 #include "state/shared_state.h"
 
 namespace tervale::testing {
@@ -24,6 +27,15 @@ inline std::string ReadText(const std::filesystem::path& p) {
   std::stringstream ss;
   ss << in.rdbuf();
   return ss.str();
+}
+
+// The run files present in a folder, e.g. "_1 _3 _Log".
+inline std::string BatchFilesPresent(const std::filesystem::path& dir) {
+  std::string present;
+  for (const char* f : {"_1", "_2", "_3", "_4", "_5", "_Log"})
+    if (std::filesystem::exists(dir / ("B_Calc" + std::string(f) + ".dat")))
+      present += (present.empty() ? "" : " ") + std::string(f);
+  return present;
 }
 
 inline std::vector<std::string> Lines(const std::string& text) {
@@ -56,5 +68,34 @@ inline void Prepare(Prepared& p, const std::filesystem::path& dir) {
   p.state->LanguageFlag = 1;
   p.state->Dialogs = &p.dialogs;
 }
+
+// The text of the FileReadError that `read` throws; empty when it throws none.
+template <class Read>
+std::string ReadErrorText(Read read) {
+  try {
+    read();
+  } catch (const FileReadError& e) {
+    return e.what();
+  }
+  return "";
+}
+
+// A state in English over a fresh folder named after the test, holding the product example.
+struct BatchFixture : ::testing::Test {
+  std::filesystem::path dir =
+      FreshDir(::testing::UnitTest::GetInstance()->current_test_info()->name());
+  Prepared p;
+  SharedCalcState& s = p.s();
+  void SetUp() override {
+    Prepare(p, dir);
+    LoadProductExample(s);
+  }
+  void TearDown() override { std::filesystem::remove_all(dir); }
+  // The Go check passes on the case as it stands.
+  bool Ready() { return CheckBatchGoCalc(s).ok; }
+  std::vector<std::string> File(const std::string& suffix) {
+    return Lines(ReadText(dir / ("B_Calc" + suffix + ".dat")));
+  }
+};
 
 }  // namespace tervale::testing

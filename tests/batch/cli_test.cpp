@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "batch/batch_test_util.h"
 #include "common/cli_runner.h"
 
 namespace {
@@ -33,10 +34,7 @@ class BatchCli : public ::testing::Test {
   std::string ProductExample() {
     const fs::path file = dir_ / "b.dat";
     EXPECT_EQ(RunCli("example batch -o " + file.string()).status, 0);
-    std::ifstream in(file, std::ios::binary);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    std::string text = ss.str();
+    std::string text = tervale::testing::ReadText(file);
     auto replace = [&](const std::string& from, const std::string& to) {
       const size_t at = text.find(from);
       EXPECT_NE(at, std::string::npos) << from;
@@ -72,8 +70,7 @@ TEST_F(BatchCli, ProductRunPrintsEveryKeyAndLeavesTheSixFiles) {
   EXPECT_EQ(j["log"][0], "Start Calculation");
   EXPECT_EQ(j["log"][3].get<std::string>().substr(0, 9), "Cal_time=");
   EXPECT_TRUE(j["messages"].is_array());
-  for (const char* name : {"_Log", "_1", "_2", "_3", "_4", "_5"})
-    EXPECT_TRUE(fs::exists(out / ("B_Calc" + std::string(name) + ".dat"))) << name;
+  EXPECT_EQ(tervale::testing::BatchFilesPresent(out), "_1 _2 _3 _4 _5 _Log");
 
   CliRun tank = RunCli("batch-report --view tank --json --data-dir " + out.string());
   ASSERT_EQ(tank.status, 0) << tank.out;
@@ -110,10 +107,7 @@ TEST_F(BatchCli, StopAndRefusals) {
   EXPECT_NE(t["messages"].back().get<std::string>().find("B_Calc_5.dat"), std::string::npos);
 
   // A case the Go check refuses: a zero feed fraction.
-  std::ifstream in(file, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  std::string text = ss.str();
+  std::string text = tervale::testing::ReadText(file);
   text.replace(text.rfind("0.03"), 4, "0");
   const fs::path bad = dir_ / "bad.dat";
   std::ofstream(bad, std::ios::binary) << text;

@@ -1,39 +1,22 @@
 // The column commands of tervale-cli, run as a user runs them.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
+#include "common/cli_runner.h"
+
 namespace {
 
 namespace fs = std::filesystem;
-
-struct CliRun {
-  int status = 0;
-  std::string out;
-};
-
-CliRun Cli(const fs::path& dir, const std::string& args) {
-  const std::string cmd = "cd '" + dir.string() + "' && '" + std::string(TERVALE_BIN_DIR) +
-                          "/tervale-cli' " + args + " 2>/dev/null";
-  CliRun r;
-  FILE* p = popen(cmd.c_str(), "r");
-  if (!p) return {-1, ""};
-  std::array<char, 4096> buf{};
-  size_t n;
-  while ((n = fread(buf.data(), 1, buf.size(), p)) > 0) r.out.append(buf.data(), n);
-  const int st = pclose(p);
-  r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-  return r;
-}
+using tervale::testcli::CliRun;
 
 struct ColumnCli : ::testing::Test {
   fs::path dir;
   void SetUp() override {
+    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli not built";
     dir = fs::temp_directory_path() /
           ("tervale_column_cli_" +
            std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
@@ -41,65 +24,72 @@ struct ColumnCli : ::testing::Test {
     fs::create_directories(dir);
   }
   void TearDown() override { fs::remove_all(dir); }
+  // Runs the program with every "@" in `args` standing for the test's folder.
+  CliRun Cli(std::string args) {
+    for (size_t at; (at = args.find('@')) != std::string::npos;)
+      args.replace(at, 1, dir.string() + "/");
+    return tervale::testcli::RunCli(args);
+  }
+  void ExpectAll(const CliRun& r, std::initializer_list<const char*> keys) {
+    for (const char* key : keys) EXPECT_NE(r.out.find(key), std::string::npos) << key;
+  }
 };
 
 TEST_F(ColumnCli, ExampleRunReportAndShortCut) {
-  if (!fs::exists(fs::path(TERVALE_BIN_DIR) / "tervale-cli"))
-    GTEST_SKIP() << "tervale-cli not built";
-  ASSERT_EQ(Cli(dir, "example column 1 -o c.dat").status, 0);
-  ASSERT_TRUE(fs::exists(dir / "c.dat"));
-
-  CliRun run = Cli(dir, "column c.dat --data-dir out --json");
+  ASSERT_EQ(Cli("example column 1 -o @c.dat").status, 0);
+  CliRun run = Cli("column @c.dat --data-dir @out --json");
   ASSERT_EQ(run.status, 0);
-  for (const char* key :
-       {"\"passes\"", "\"converged\": true", "\"trays\"", "\"feed_enthalpy\"", "\"condenser_duty\"",
-        "\"reboiler_duty\"", "\"messages\"", "\"HV\"", "\"x\""})
-    EXPECT_NE(run.out.find(key), std::string::npos) << key;
+  ExpectAll(run, {"\"passes\"", "\"converged\": true", "\"trays\"", "\"feed_enthalpy\"",
+                  "\"condenser_duty\"", "\"reboiler_duty\"", "\"messages\"", "\"HV\"", "\"x\""});
   ASSERT_TRUE(fs::exists(dir / "out" / "Result.dat"));
 
-  CliRun bal = Cli(dir, "column-report out/Result.dat --view balance --json");
+  CliRun bal = Cli("column-report @out/Result.dat --view balance --json");
   ASSERT_EQ(bal.status, 0);
-  EXPECT_NE(bal.out.find("\"view\": \"balance\""), std::string::npos);
-  EXPECT_NE(bal.out.find("Methanol"), std::string::npos);
+  ExpectAll(bal, {"\"view\": \"balance\"", "Methanol"});
+  EXPECT_EQ(Cli("column-report @out/Result.dat --view vapour-mol").status, 0);
 
-  CliRun vap = Cli(dir, "column-report out/Result.dat --view vapour-mol");
-  EXPECT_EQ(vap.status, 0);
-
-  CliRun cont = Cli(dir, "column out/Result.dat --continue --data-dir out2 --json");
+  CliRun cont = Cli("column @out/Result.dat --continue --data-dir @out2 --json");
   EXPECT_EQ(cont.status, 0);
-  EXPECT_NE(cont.out.find("\"converged\": true"), std::string::npos);
+  ExpectAll(cont, {"\"converged\": true"});
 
-  CliRun sc = Cli(dir, "shortcut c.dat --json");
+  CliRun sc = Cli("shortcut @c.dat --json");
   ASSERT_EQ(sc.status, 0);
-  for (const char* key :
-       {"\"vf\"", "\"temperature\"", "\"min_plates\"", "\"min_reflux\"", "\"feed_location\"",
-        "\"top\"", "\"bottom\"", "\"top_flow\"", "\"bottom_flow\"", "\"gilliland\""})
-    EXPECT_NE(sc.out.find(key), std::string::npos) << key;
-  CliRun text = Cli(dir, "shortcut c.dat --temp-blank --type 1 --condenser partial");
+  ExpectAll(sc,
+            {"\"vf\"", "\"temperature\"", "\"min_plates\"", "\"min_reflux\"", "\"feed_location\"",
+             "\"top\"", "\"bottom\"", "\"top_flow\"", "\"bottom_flow\"", "\"gilliland\""});
+  CliRun text = Cli("shortcut @c.dat --temp-blank --type 1 --condenser partial");
   EXPECT_EQ(text.status, 0);
-  EXPECT_NE(text.out.find("Minimum Reflux Ratio"), std::string::npos);
+  ExpectAll(text, {"Minimum Reflux Ratio"});
 }
 
 TEST_F(ColumnCli, RefusedInput) {
-  if (!fs::exists(fs::path(TERVALE_BIN_DIR) / "tervale-cli"))
-    GTEST_SKIP() << "tervale-cli not built";
   std::ofstream(dir / "bad.dat") << "\"Flash Data\"\r\n";
-  CliRun bad = Cli(dir, "column bad.dat --json");
+  CliRun bad = Cli("column @bad.dat --json --data-dir @");
   EXPECT_EQ(bad.status, 2);
-  EXPECT_NE(bad.out.find("蒸留計算のデータファイルではありません。"), std::string::npos);
+  ExpectAll(bad, {"蒸留計算のデータファイルではありません。"});
   EXPECT_FALSE(fs::exists(dir / "Result.dat"));
 
-  ASSERT_EQ(Cli(dir, "example column 1 -o c.dat").status, 0);
+  ASSERT_EQ(Cli("example column 1 -o @c.dat").status, 0);
   // a case file holds no results: no report, no continue
-  EXPECT_EQ(Cli(dir, "column-report c.dat --view balance").status, 2);
-  EXPECT_EQ(Cli(dir, "column c.dat --continue").status, 2);
-  EXPECT_EQ(Cli(dir, "column-report c.dat --view nonsense").status != 0, true);
-  EXPECT_EQ(Cli(dir, "example column 2 -o x.dat").status != 0, true);
-  EXPECT_EQ(Cli(dir, "shortcut c.dat --temp abc").status, 2);
-  EXPECT_NE(Cli(dir, "shortcut c.dat --type 3").status, 0);
+  const struct {
+    const char* args;
+    int status;  // -1: any refusal
+  } refused[] = {{"column-report @c.dat --view balance", 2},
+                 {"column @c.dat --continue", 2},
+                 {"column-report @c.dat --view nonsense", -1},
+                 {"example column 2 -o @x.dat", -1},
+                 {"shortcut @c.dat --temp abc", 2},
+                 {"shortcut @c.dat --type 3", -1}};
+  for (const auto& c : refused) {
+    const int status = Cli(c.args).status;
+    if (c.status < 0)
+      EXPECT_NE(status, 0) << c.args;
+    else
+      EXPECT_EQ(status, c.status) << c.args;
+  }
 
   // a result file whose side cut stands below the bottom tray: refused, not read out of bounds
-  ASSERT_EQ(Cli(dir, "column c.dat --data-dir res").status, 0);
+  ASSERT_EQ(Cli("column @c.dat --data-dir @res").status, 0);
   std::ifstream in(dir / "res" / "Result.dat", std::ios::binary);
   std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   // the counts line: NC, NTray, NFeed, NSideLiq, NSideVap, ...
@@ -111,9 +101,9 @@ TEST_F(ColumnCli, RefusedInput) {
   ASSERT_NE(finished, std::string::npos);
   text.insert(finished + 2, "99,10\r\n");
   std::ofstream(dir / "odd.dat", std::ios::binary) << text;
-  CliRun odd = Cli(dir, "column-report odd.dat --view liquid-mol --json");
+  CliRun odd = Cli("column-report @odd.dat --view liquid-mol --json");
   EXPECT_EQ(odd.status, 2);
-  EXPECT_NE(odd.out.find("Location <1 or >NT"), std::string::npos);
+  ExpectAll(odd, {"Location <1 or >NT"});
 }
 
 }  // namespace

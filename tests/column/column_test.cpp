@@ -3,6 +3,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <numeric>
 #include <sstream>
 
 #include "column/column_case.h"
@@ -37,9 +38,28 @@ struct ColumnFixture : ::testing::Test {
   }
   void TearDown() override { fs::remove_all(dir); }
 
-  TrayRunResult Solve(bool write = false, std::vector<TrayProgress>* seen = nullptr) {
+  // A second state, as a fresh program reading a file, with its own English dialogs.
+  RecordingDialogs otherDialogs;
+  std::unique_ptr<SharedCalcState> ReaderState() {
+    auto other = MakeSharedCalcState();
+    other->Dialogs = &otherDialogs;
+    other->LanguageFlag = 1;
+    return other;
+  }
+
+  void Start() {
     BuildProductLists(s);
     InitTrayComposition(s);
+  }
+  // Runs from the start profile; the run finishes with every tray's figures finite.
+  void RunToTheEnd() {
+    RunTrayCalculation(s, nullptr, false);
+    EXPECT_EQ(s.Column.CalcFinished, 1);
+    for (int j = 1; j <= s.NTray; ++j)
+      EXPECT_TRUE(std::isfinite(s.Column.TrayT[j]) && std::isfinite(s.Column.TrayV[j])) << j;
+  }
+  TrayRunResult Solve(bool write = false, std::vector<TrayProgress>* seen = nullptr) {
+    Start();
     return RunTrayCalculation(
         s,
         [seen](const TrayProgress& p) {
@@ -77,7 +97,7 @@ TEST_F(ColumnFixture, ResetDefaults) {
   EXPECT_EQ(s.Column.CalcFinished, 0);
 }
 
-TEST_F(ColumnFixture, ExampleOneConvergesAndClosesItsBalance) {
+TEST_F(ColumnFixture, ExampleOneConvergesClosesItsBalanceAndShowsItsProfiles) {
   LoadColumnExample1(s);
   EXPECT_DOUBLE_EQ(s.Column.TotalFeed, 380);
   EXPECT_DOUBLE_EQ(s.Column.BottomFlow, 380 - 83);
@@ -96,13 +116,8 @@ TEST_F(ColumnFixture, ExampleOneConvergesAndClosesItsBalance) {
 
   // physics: fractions sum to one, temperature rises down the column
   for (int j = 1; j <= s.NTray; ++j) {
-    double sx = 0, sy = 0;
-    for (int i = 1; i <= s.NC; ++i) {
-      sx += s.Column.TrayX[j][i];
-      sy += s.Column.TrayY[j][i];
-    }
-    EXPECT_NEAR(sx, 1.0, 1e-12);
-    EXPECT_NEAR(sy, 1.0, 1e-12);
+    EXPECT_NEAR(std::accumulate(&s.Column.TrayX[j][1], &s.Column.TrayX[j][5], 0.0), 1, 1e-12);
+    EXPECT_NEAR(std::accumulate(&s.Column.TrayY[j][1], &s.Column.TrayY[j][5], 0.0), 1, 1e-12);
   }
   EXPECT_LT(s.Column.TrayT[1], s.Column.TrayT[s.NTray]);
   EXPECT_GT(s.Column.TrayT[1], 60);
@@ -124,45 +139,77 @@ TEST_F(ColumnFixture, ExampleOneConvergesAndClosesItsBalance) {
   EXPECT_NEAR(Num(t.rows[4][1]), 380 * (0.120949998 + 0.01055 + 0.855279982 + 0.01322), 1e-9);
   EXPECT_LT(std::fabs(Num(t.rows[4][4])), 1e-5);
   EXPECT_LT(std::fabs(Num(t.rows[5][4])), 0.01);
+
+  // the graphs
+  const ProfileGraph g = CompositionGraph(s);
+  EXPECT_EQ(g.xMin, -6);
+  EXPECT_EQ(g.series.size(), 8u);
+  EXPECT_EQ(g.xLabels.back(), "1.0");
+  EXPECT_EQ(g.markTrays, std::vector<int>{5});
+  for (const auto& ser : g.series)
+    for (const auto& p : ser.points) EXPECT_GE(p.first, g.xMin);
+  const ProfileGraph tg = TemperatureGraph(s);
+  EXPECT_EQ(tg.divisions, 3);
+  ASSERT_EQ(tg.series[0].points.size(), 15u);
+  EXPECT_EQ(tg.xMin, s.Column.TrayT[1]);
+  SetGraphDivision(s, 3);
+  EXPECT_EQ(s.Column.GraphDecades, 4);
+  SetGraphDivision(s, -2);
+  EXPECT_EQ(s.Column.GraphDecades, 6);
+
+  // the tables carry the unit labels and the run's product lists
+  io::ReportTable tt = ColumnTrayTable(s, TrayView::LiquidMol);
+  EXPECT_EQ(tt.columns[1], "Temp C");
+  EXPECT_EQ(tt.columns[2], "Press mmHg");
+  // the table shows the user's units: tray 1 at the top pressure as typed
+  EXPECT_NEAR(Num(tt.rows[0][2]), 760, 1e-9);
+  s.LanguageFlag = 0;
+  tt = ColumnTrayTable(s, TrayView::VaporWt);
+  EXPECT_EQ(tt.columns[1], "温度 ℃");
+  io::ReportTable p = ColumnProductTable(s, ProductView::LiquidMol);
+  EXPECT_EQ(std::get<std::string>(p.rows[0][0]), "温度 ℃");
+  EXPECT_EQ(std::get<std::string>(p.rows[1][0]), "圧力 mmHg");
+  s.Unit.HeatUnit = 1;
+  s.EnthalpyMethod = 2;
+  EXPECT_EQ(std::get<std::string>(ColumnBalanceTable(s).rows[7][0]), "熱負荷 コンデンサー( J )");
+
+  // a side cut typed after the run does not show among the run's products
+  ASSERT_EQ(p.columns.size(), 3u);  // the top liquid and the bottom
+  s.NSideLiq = 1;
+  s.Column.LiqSideTray[1] = 10;
+  s.Column.LiqSideFlow[1] = 20;
+  EXPECT_EQ(ColumnProductTable(s, ProductView::LiquidMol).columns, p.columns);
 }
 
-TEST_F(ColumnFixture, ResultFileReadsBackWithTheSameTables) {
+TEST_F(ColumnFixture, ResultFileReadsBackWithTheSameTablesAndCutShortWithout) {
   LoadColumnExample1(s);
-  const TrayRunResult r = Solve(true);
-  ASSERT_TRUE(r.resultWritten);
-  ASSERT_TRUE(fs::exists(dir / "Result.dat"));
+  ASSERT_TRUE(Solve(true).resultWritten);
   const std::string text = ReadAll(dir / "Result.dat");
   EXPECT_EQ(text.rfind("\"Distillation Data\"\r\n", 0), 0u);
-
-  std::vector<io::ReportTable> before;
-  before.push_back(ColumnBalanceTable(s));
-  for (auto v : {TrayView::LiquidMol, TrayView::VaporMol, TrayView::LiquidWt, TrayView::VaporWt})
-    before.push_back(ColumnTrayTable(s, v));
-  for (auto v : {ProductView::FeedMol, ProductView::FeedWt, ProductView::VaporMol,
-                 ProductView::VaporWt, ProductView::LiquidMol, ProductView::LiquidWt})
-    before.push_back(ColumnProductTable(s, v));
+  auto tables = [](SharedCalcState& st) {
+    std::vector<io::ReportTable> all{ColumnBalanceTable(st)};
+    for (auto v : {TrayView::LiquidMol, TrayView::VaporMol, TrayView::LiquidWt, TrayView::VaporWt})
+      all.push_back(ColumnTrayTable(st, v));
+    for (auto v : {ProductView::FeedMol, ProductView::FeedWt, ProductView::VaporMol,
+                   ProductView::VaporWt, ProductView::LiquidMol, ProductView::LiquidWt})
+      all.push_back(ColumnProductTable(st, v));
+    return all;
+  };
+  const std::vector<io::ReportTable> before = tables(s);
   const ColumnDuties d0 = CalcColumnDuties(s);
 
-  auto other = MakeSharedCalcState();
-  RecordingDialogs od;
-  other->Dialogs = &od;
-  other->LanguageFlag = 1;
+  auto other = ReaderState();
   ResetColumnCase(*other);
   ASSERT_TRUE(ReadColumnFile(*other, (dir / "Result.dat").string()));
   EXPECT_EQ(other->Column.CalcFinished, 1);
   EXPECT_EQ(other->Column.PrevNTray, 15);
-  std::vector<io::ReportTable> after;
-  after.push_back(ColumnBalanceTable(*other));
-  for (auto v : {TrayView::LiquidMol, TrayView::VaporMol, TrayView::LiquidWt, TrayView::VaporWt})
-    after.push_back(ColumnTrayTable(*other, v));
-  for (auto v : {ProductView::FeedMol, ProductView::FeedWt, ProductView::VaporMol,
-                 ProductView::VaporWt, ProductView::LiquidMol, ProductView::LiquidWt})
-    after.push_back(ColumnProductTable(*other, v));
+  const std::vector<io::ReportTable> after = tables(*other);
   ASSERT_EQ(before.size(), after.size());
   for (size_t k = 0; k < before.size(); ++k) {
-    EXPECT_EQ(before[k].columns, after[k].columns) << before[k].view;
-    EXPECT_EQ(before[k].rows, after[k].rows) << before[k].view;
-    EXPECT_EQ(before[k].messages, after[k].messages) << before[k].view;
+    SCOPED_TRACE(before[k].view);
+    EXPECT_EQ(before[k].columns, after[k].columns);
+    EXPECT_EQ(before[k].rows, after[k].rows);
+    EXPECT_EQ(before[k].messages, after[k].messages);
   }
   EXPECT_EQ(after[7].messages, std::vector<std::string>{"no Vapor Side Cut"});
   const ColumnDuties d1 = CalcColumnDuties(*other);
@@ -171,6 +218,18 @@ TEST_F(ColumnFixture, ResultFileReadsBackWithTheSameTables) {
   EXPECT_GT(d0.Condenser, 0);
   // and the file written again is the same text
   EXPECT_EQ(ColumnFileText(*other), text);
+
+  // results cut short: the case loads without its results
+  const fs::path p = dir / "short.dat";
+  io::SaveFileAtomically(p, text.substr(0, text.size() - 200));
+  other = ReaderState();
+  EXPECT_TRUE(ReadColumnFile(*other, p.string()));
+  EXPECT_FALSE(other->Column.ReadFailed);
+  EXPECT_EQ(other->Column.CalcFinished, 0);
+  EXPECT_EQ(other->NTray, 15);
+  EXPECT_EQ(other->Column.TopLiquidFlow, 83);
+  ASSERT_FALSE(otherDialogs.messages.empty());
+  EXPECT_NE(otherDialogs.messages.back().find("cut short"), std::string::npos);
 }
 
 TEST_F(ColumnFixture, CaseFileRoundTripAndResultsOnlyWhenFinished) {
@@ -193,43 +252,28 @@ TEST_F(ColumnFixture, CaseFileRoundTripAndResultsOnlyWhenFinished) {
 TEST_F(ColumnFixture, BadFilesLeaveTheCaseAsItWas) {
   LoadColumnExample1(s);
   const std::string keep = ColumnFileText(s);
-  const fs::path bad = dir / "bad.dat";
-  io::SaveFileAtomically(bad, "\"Flash Data\"\r\n");
-  EXPECT_FALSE(ReadColumnFile(s, bad.string()));
-  EXPECT_TRUE(s.Column.ReadFailed);
-  EXPECT_EQ(dialogs.messages.back(), "蒸留計算のデータファイルではありません。");
-  EXPECT_EQ(ColumnFileText(s), keep);
-
-  // cut short inside the case
-  const std::string half = keep.substr(0, keep.size() / 2);
-  io::SaveFileAtomically(bad, half);
-  EXPECT_FALSE(ReadColumnFile(s, bad.string()));
-  EXPECT_TRUE(s.Column.ReadFailed);
-  EXPECT_FALSE(s.Column.ReadError.empty());
-  EXPECT_EQ(ColumnFileText(s), keep);
-
-  // a missing file
-  EXPECT_FALSE(ReadColumnFile(s, (dir / "none.dat").string()));
-  EXPECT_EQ(ColumnFileText(s), keep);
-}
-
-TEST_F(ColumnFixture, ResultsCutShortLoadTheCaseWithoutResults) {
-  LoadColumnExample1(s);
-  Solve(true);
-  const std::string full = ReadAll(dir / "Result.dat");
-  const fs::path p = dir / "short.dat";
-  io::SaveFileAtomically(p, full.substr(0, full.size() - 200));
-  auto other = MakeSharedCalcState();
-  RecordingDialogs od;
-  other->Dialogs = &od;
-  other->LanguageFlag = 1;
-  EXPECT_TRUE(ReadColumnFile(*other, p.string()));
-  EXPECT_FALSE(other->Column.ReadFailed);
-  EXPECT_EQ(other->Column.CalcFinished, 0);
-  EXPECT_EQ(other->NTray, 15);
-  EXPECT_EQ(other->Column.TopLiquidFlow, 83);
-  ASSERT_FALSE(od.messages.empty());
-  EXPECT_NE(od.messages.back().find("cut short"), std::string::npos);
+  const struct {
+    const char* what;
+    std::string text;  // empty: no file at all
+    const char* message;
+  } cases[] = {
+      {"another program's file", "\"Flash Data\"\r\n", "蒸留計算のデータファイルではありません。"},
+      {"cut short inside the case", keep.substr(0, keep.size() / 2), nullptr},
+      {"a missing file", "", nullptr}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const fs::path bad = dir / "bad.dat";
+    fs::remove(bad);
+    if (!c.text.empty()) io::SaveFileAtomically(bad, c.text);
+    EXPECT_FALSE(ReadColumnFile(s, bad.string()));
+    EXPECT_EQ(ColumnFileText(s), keep);
+    if (c.text.empty()) continue;
+    EXPECT_TRUE(s.Column.ReadFailed);
+    if (c.message)
+      EXPECT_EQ(dialogs.messages.back(), c.message);
+    else
+      EXPECT_FALSE(s.Column.ReadError.empty());
+  }
 }
 
 TEST_F(ColumnFixture, ContinueCopiesTheBottomRows) {
@@ -269,8 +313,7 @@ TEST_F(ColumnFixture, ContinueCopiesTheBottomRows) {
 
 TEST_F(ColumnFixture, StartProfiles) {
   LoadColumnExample1(s);
-  BuildProductLists(s);
-  InitTrayComposition(s);
+  Start();
   auto& c = s.Column;
   // reflux with a top product: L1 = R S, V from tray 2 on = S + R S
   EXPECT_DOUBLE_EQ(c.TrayL[1], 3.0 * 83);
@@ -292,82 +335,64 @@ TEST_F(ColumnFixture, StartProfiles) {
   EXPECT_DOUBLE_EQ(c.TrayY[15][4], 0.01322);
 }
 
-TEST_F(ColumnFixture, TwoFeedsOnOneTray) {
-  LoadColumnExample1(s);
+TEST_F(ColumnFixture, OtherLayoutsRunAndKeepTheirFixedFlows) {
   auto& c = s.Column;
-  s.NFeed = 2;
-  c.FeedFlow[1] = 190;
-  c.FeedTray[2] = 5;
-  c.FeedTemp[2] = 93;
-  c.FeedPress[2] = 770;
-  c.FeedVF[2] = 0.0;
-  c.FeedFlow[2] = 190;
-  c.FeedComp[2] = c.FeedComp[1];
-  BuildProductLists(s);
-  InitTrayComposition(s);
-  // the start profile takes the last feed (all liquid), the balances the first
-  EXPECT_DOUBLE_EQ(c.TrayL[5], 3.0 * 83 + 190);
-  EXPECT_DOUBLE_EQ(c.TrayV[6], 4.0 * 83);
-  RunTrayCalculation(s, nullptr, false);
-  EXPECT_EQ(c.CalcFinished, 1);
-  for (int j = 1; j <= s.NTray; ++j) {
-    EXPECT_TRUE(std::isfinite(c.TrayT[j]));
-    EXPECT_TRUE(std::isfinite(c.TrayV[j]));
+  {
+    SCOPED_TRACE("two feeds on one tray");
+    LoadColumnExample1(s);
+    s.NFeed = 2;
+    c.FeedFlow[1] = c.FeedFlow[2] = 190;  // the second half of the feed, all liquid
+    c.FeedTray[2] = 5, c.FeedTemp[2] = 93, c.FeedPress[2] = 770, c.FeedVF[2] = 0.0;
+    c.FeedComp[2] = c.FeedComp[1];
+    Start();
+    // the start profile takes the last feed (all liquid), the balances the first
+    EXPECT_DOUBLE_EQ(c.TrayL[5], 3.0 * 83 + 190);
+    EXPECT_DOUBLE_EQ(c.TrayV[6], 4.0 * 83);
+    RunToTheEnd();
   }
-}
-
-TEST_F(ColumnFixture, TwoTraysWithACondenserKeepTheirFlows) {
-  LoadColumnExample1(s);
-  auto& c = s.Column;
-  s.NTray = 2;
-  c.FeedTray[1] = 2;
-  c.TrayPressInput = {};
-  c.TrayPressInput[1] = 760;
-  c.TrayPressInput[2] = 770;
-  BuildProductLists(s);
-  InitTrayComposition(s);
-  const double l1 = c.TrayL[1], v2 = c.TrayV[2], v1 = c.TrayV[1];
-  RunTrayCalculation(s, nullptr, false);
-  EXPECT_EQ(c.CalcFinished, 1);
-  EXPECT_EQ(c.TrayL[1], l1);
-  EXPECT_EQ(c.TrayV[2], v2);
-  EXPECT_EQ(c.TrayV[1], v1);
-  EXPECT_EQ(c.TrayL[2], 297);
-  EXPECT_NE(c.TrayHL[1], 0);  // stage 2 ran
-}
-
-TEST_F(ColumnFixture, NoCondenserAndVapourProducts) {
-  // no reflux: tray 1 is a real tray found by its dew point, the top product is vapour
-  LoadColumnExample1(s);
-  auto& c = s.Column;
-  c.RefluxRatio = 0;
-  c.TopLiquidFlow = 0;
-  c.TopVaporFlow = 83;
-  BuildProductLists(s);
-  InitTrayComposition(s);
-  EXPECT_DOUBLE_EQ(c.TrayV[1], 83);
-  EXPECT_DOUBLE_EQ(c.TrayL[1], 0);
-  RunTrayCalculation(s, nullptr, false);
-  EXPECT_EQ(c.CalcFinished, 1);
-  EXPECT_DOUBLE_EQ(c.TrayV[1], 83);  // tray 1's vapour stays fixed
-  for (int j = 1; j <= s.NTray; ++j) EXPECT_TRUE(std::isfinite(c.TrayT[j])) << j;
-  io::ReportTable v = ColumnProductTable(s, ProductView::VaporMol);
-  ASSERT_EQ(v.columns.size(), 2u);
-  EXPECT_EQ(v.columns[1], "1 # ");
-  EXPECT_TRUE(v.messages.empty());
-  EXPECT_EQ(Num(v.rows[2][1]), 83);
-
-  // a vapour product from a condenser with reflux keeps tray 1's temperature
-  LoadColumnExample1(s);
-  c.TopLiquidFlow = 0;
-  c.TopVaporFlow = 83;
-  BuildProductLists(s);
-  InitTrayComposition(s);
-  const double t1 = c.TrayT[1];
-  RunTrayCalculation(s, nullptr, false);
-  EXPECT_EQ(c.CalcFinished, 1);
-  EXPECT_EQ(c.TrayT[1], t1);
-  EXPECT_EQ(c.TrayV[1], 0);
+  {
+    SCOPED_TRACE("two trays with a condenser");
+    LoadColumnExample1(s);
+    s.NTray = 2;
+    c.FeedTray[1] = 2;
+    c.TrayPressInput = {0, 760, 770};
+    Start();
+    const double l1 = c.TrayL[1], v2 = c.TrayV[2], v1 = c.TrayV[1];
+    RunToTheEnd();
+    EXPECT_EQ(c.TrayL[1], l1);
+    EXPECT_EQ(c.TrayV[2], v2);
+    EXPECT_EQ(c.TrayV[1], v1);
+    EXPECT_EQ(c.TrayL[2], 297);
+    EXPECT_NE(c.TrayHL[1], 0);  // stage 2 ran
+  }
+  {
+    SCOPED_TRACE("no reflux: tray 1 is a real tray found by its dew point, the top vapour");
+    LoadColumnExample1(s);
+    c.RefluxRatio = 0;
+    c.TopLiquidFlow = 0;
+    c.TopVaporFlow = 83;
+    Start();
+    EXPECT_DOUBLE_EQ(c.TrayV[1], 83);
+    EXPECT_DOUBLE_EQ(c.TrayL[1], 0);
+    RunToTheEnd();
+    EXPECT_DOUBLE_EQ(c.TrayV[1], 83);  // tray 1's vapour stays fixed
+    io::ReportTable v = ColumnProductTable(s, ProductView::VaporMol);
+    ASSERT_EQ(v.columns.size(), 2u);
+    EXPECT_EQ(v.columns[1], "1 # ");
+    EXPECT_TRUE(v.messages.empty());
+    EXPECT_EQ(Num(v.rows[2][1]), 83);
+  }
+  {
+    SCOPED_TRACE("a vapour product from a condenser with reflux keeps tray 1's temperature");
+    LoadColumnExample1(s);
+    c.TopLiquidFlow = 0;
+    c.TopVaporFlow = 83;
+    Start();
+    const double t1 = c.TrayT[1];
+    RunToTheEnd();
+    EXPECT_EQ(c.TrayT[1], t1);
+    EXPECT_EQ(c.TrayV[1], 0);
+  }
 }
 
 TEST_F(ColumnFixture, HeatBlockOnlyAboveMethodOne) {
@@ -404,8 +429,7 @@ TEST_F(ColumnFixture, HeatBlockOnlyAboveMethodOne) {
 TEST_F(ColumnFixture, StoppedRunKeepsNoResults) {
   LoadColumnExample1(s);
   io::SaveFileAtomically(dir / "Result.dat", "old");
-  BuildProductLists(s);
-  InitTrayComposition(s);
+  Start();
   int calls = 0;
   const TrayRunResult r = RunTrayCalculation(
       s, [&](const TrayProgress&) { return ++calls == 3; }, true);
@@ -414,47 +438,7 @@ TEST_F(ColumnFixture, StoppedRunKeepsNoResults) {
   EXPECT_EQ(ReadAll(dir / "Result.dat"), "old");
 }
 
-TEST_F(ColumnFixture, TablesCarryUnitLabelsAndTheRunsProductLists) {
-  LoadColumnExample1(s);
-  Solve();
-  io::ReportTable t = ColumnTrayTable(s, TrayView::LiquidMol);
-  EXPECT_EQ(t.columns[1], "Temp C");
-  EXPECT_EQ(t.columns[2], "Press mmHg");
-  // the table shows the user's units: tray 1 at the top pressure as typed
-  EXPECT_NEAR(Num(t.rows[0][2]), 760, 1e-9);
-  s.LanguageFlag = 0;
-  t = ColumnTrayTable(s, TrayView::VaporWt);
-  EXPECT_EQ(t.columns[1], "温度 ℃");
-  io::ReportTable p = ColumnProductTable(s, ProductView::LiquidMol);
-  EXPECT_EQ(std::get<std::string>(p.rows[0][0]), "温度 ℃");
-  EXPECT_EQ(std::get<std::string>(p.rows[1][0]), "圧力 mmHg");
-  s.Unit.HeatUnit = 1;
-  s.EnthalpyMethod = 2;
-  EXPECT_EQ(std::get<std::string>(ColumnBalanceTable(s).rows[7][0]), "熱負荷 コンデンサー( J )");
-
-  // a side cut typed after the run does not show among the run's products
-  ASSERT_EQ(p.columns.size(), 3u);  // the top liquid and the bottom
-  s.NSideLiq = 1;
-  s.Column.LiqSideTray[1] = 10;
-  s.Column.LiqSideFlow[1] = 20;
-  EXPECT_EQ(ColumnProductTable(s, ProductView::LiquidMol).columns, p.columns);
-}
-
-TEST_F(ColumnFixture, TrayNumbersOutsideTheColumnAreRefused) {
-  LoadColumnExample1(s);
-  EXPECT_EQ(CheckColumnTrayNumbers(s), "");
-  s.NSideVap = 1;
-  s.Column.VapSideTray[1] = 16;  // below the bottom of 15 trays
-  s.Column.VapSideFlow[1] = 5;
-  EXPECT_EQ(CheckColumnTrayNumbers(s), "Location <1 or >NT");
-  EXPECT_EQ(CheckColumnRunnable(s), "Location <1 or >NT");
-  s.Column.VapSideTray[1] = 1;  // a file may hold tray 1, which the solver handles
-  EXPECT_EQ(CheckColumnTrayNumbers(s), "");
-  s.Column.FeedTray[1] = 0;
-  EXPECT_EQ(CheckColumnTrayNumbers(s), "フィード段が1以下または理論段数以上です。");
-}
-
-TEST_F(ColumnFixture, InputChecks) {
+TEST_F(ColumnFixture, InputChecksRefuseWithTheirMessages) {
   LoadColumnExample1(s);
   EXPECT_EQ(ShowFileNameText("C:\\data\\case1.dat"), "case1.dat ");
   EXPECT_EQ(ShowFileNameText("case2.dat"), "case2.dat ");
@@ -485,37 +469,22 @@ TEST_F(ColumnFixture, InputChecks) {
   EXPECT_EQ(CheckBottomFlow(s), "Bottom流量[ -20 ]が負です。");
   RefreshColumnSummary(s);
   EXPECT_EQ(dialogs.messages.back(), "Bottom流量[ -20 ]が負です。");
-}
 
-TEST_F(ColumnFixture, ShortCutExampleAndCondenser) {
+  // tray numbers outside the column, as a file may hold them
   LoadColumnExample1(s);
-  ShortCutInput in = MakeShortCutInput(s);
-  EXPECT_DOUBLE_EQ(in.FeedFlow, 380);
-  const ShortCutResult a = RunShortCut(s, in);
-  EXPECT_GT(a.MinPlates, 0);
-  EXPECT_GT(a.MinReflux, 0);
-  EXPECT_GT(a.FeedLocation, 0);
-  EXPECT_LT(a.FeedLocation, a.MinPlates);
-  EXPECT_DOUBLE_EQ(a.Alpha[3], 1.0);
-  ASSERT_EQ(a.Gilliland.size(), 51u);
-  EXPECT_DOUBLE_EQ(a.Gilliland[0].R, 1.09 * a.MinReflux);
-  EXPECT_NEAR(a.TopFlow + a.BottomFlow, 380, 1e-9);
-  // the keys meet their specifications: light key in the bottom, heavy key in the top
-  EXPECT_NEAR(a.BottomComp[2], 0.005, 1e-4);
-  EXPECT_NEAR(a.TopComp[3], 0.35, 1e-4);
-
-  s.Column.ShortCutCondenser = 1;
-  const ShortCutResult b = RunShortCut(s, in);
-  EXPECT_EQ(a.MinPlates, b.MinPlates);
-  EXPECT_EQ(a.MinReflux, b.MinReflux);
-  EXPECT_EQ(a.FeedLocation, b.FeedLocation);
-  for (size_t k = 0; k < 51; ++k) {
-    EXPECT_EQ(a.Gilliland[k].R, b.Gilliland[k].R);
-    EXPECT_NEAR(b.Gilliland[k].N, a.Gilliland[k].N - 1, 1e-12);
-  }
+  s.LanguageFlag = 1;
+  s.NSideVap = 1;
+  s.Column.VapSideTray[1] = 16;  // below the bottom of 15 trays
+  s.Column.VapSideFlow[1] = 5;
+  EXPECT_EQ(CheckColumnTrayNumbers(s), "Location <1 or >NT");
+  EXPECT_EQ(CheckColumnRunnable(s), "Location <1 or >NT");
+  s.Column.VapSideTray[1] = 1;  // a file may hold tray 1, which the solver handles
+  EXPECT_EQ(CheckColumnTrayNumbers(s), "");
+  s.Column.FeedTray[1] = 0;
+  EXPECT_EQ(CheckColumnTrayNumbers(s), "フィード段が1以下または理論段数以上です。");
 }
 
-TEST_F(ColumnFixture, FenskeGivesTheKeysBackTheirRecoveriesAndUnderwoodFindsItsRoot) {
+TEST_F(ColumnFixture, FenskeSplitGivesTheKeysBackTheirRecoveries) {
   // three components, alpha 2, 1, 0.5: the split at minimum plates returns the key recoveries
   CompArray z{}, alpha{}, top{}, bottom{};
   z[1] = 0.3, z[2] = 0.4, z[3] = 0.3;
@@ -528,53 +497,70 @@ TEST_F(ColumnFixture, FenskeGivesTheKeysBackTheirRecoveriesAndUnderwoodFindsItsR
   const double a3 = std::pow(0.5, nmin);
   EXPECT_NEAR(top[3], a3 * 0.05 / ((a3 - 1) * 0.05 + 1) * 0.3, 1e-15);
   for (int i = 1; i <= 3; ++i) EXPECT_DOUBLE_EQ(top[i] + bottom[i], z[i]);
-
-  // example 1: the Underwood root lies between the keys' volatilities and zeroes the feed sum
-  LoadColumnExample1(s);
-  const ShortCutInput in = MakeShortCutInput(s);
-  const ShortCutResult r = RunShortCut(s, in);
-  EXPECT_GT(r.Phi, 1.0);
-  EXPECT_LT(r.Phi, r.Alpha[2]);
-  double g = 0, rmin = -1;
-  for (int i = 1; i <= 4; ++i) {
-    g += in.FeedFraction[i] * r.Alpha[i] / (r.Alpha[i] - r.Phi);
-    rmin += r.TopComp[i] * r.Alpha[i] / (r.Alpha[i] - r.Phi);
-  }
-  EXPECT_LT(std::fabs(g), 1e-4);
-  EXPECT_NEAR(r.MinReflux, rmin, 1e-12);
-  // Kirkbride: NR/NS = (zHK/zLK (xLK,B/xHK,D)^2 B/D)^0.206, FeedLocation = NR of MinPlates
-  const double ratio = std::pow(in.FeedFraction[3] / in.FeedFraction[2] *
-                                    std::pow(r.BottomComp[2] / r.TopComp[3], 2) *
-                                    (1 - r.TopFraction) / r.TopFraction,
-                                0.206);
-  EXPECT_NEAR(r.FeedLocation, ratio / (1 + ratio) * r.MinPlates, 1e-9);
 }
 
-TEST_F(ColumnFixture, ShortCutTypesAgree) {
+TEST_F(ColumnFixture, ShortCutExampleHoldsUnderwoodKirkbrideAndEveryInputForm) {
   LoadColumnExample1(s);
-  ShortCutInput in = MakeShortCutInput(s);
+  const ShortCutInput in = MakeShortCutInput(s);
+  EXPECT_DOUBLE_EQ(in.FeedFlow, 380);
   const ShortCutResult a = RunShortCut(s, in);
   ASSERT_TRUE(a.Converged);
-  // recoveries to the top consistent with the mole-fraction result
+  EXPECT_GT(a.MinPlates, 0);
+  EXPECT_DOUBLE_EQ(a.Alpha[3], 1.0);
+  ASSERT_EQ(a.Gilliland.size(), 51u);
+  EXPECT_DOUBLE_EQ(a.Gilliland[0].R, 1.09 * a.MinReflux);
+  EXPECT_NEAR(a.TopFlow + a.BottomFlow, 380, 1e-9);
+  // the keys meet their specifications: light key in the bottom, heavy key in the top
+  EXPECT_NEAR(a.BottomComp[2], 0.005, 1e-4);
+  EXPECT_NEAR(a.TopComp[3], 0.35, 1e-4);
+  // the Underwood root lies between the keys' volatilities and zeroes the feed sum
+  EXPECT_GT(a.Phi, 1.0);
+  EXPECT_LT(a.Phi, a.Alpha[2]);
+  double g = 0, rmin = -1;
+  for (int i = 1; i <= 4; ++i) {
+    g += in.FeedFraction[i] * a.Alpha[i] / (a.Alpha[i] - a.Phi);
+    rmin += a.TopComp[i] * a.Alpha[i] / (a.Alpha[i] - a.Phi);
+  }
+  EXPECT_LT(std::fabs(g), 1e-4);
+  EXPECT_NEAR(a.MinReflux, rmin, 1e-12);
+  EXPECT_GT(a.MinReflux, 0);
+  // Kirkbride: NR/NS = (zHK/zLK (xLK,B/xHK,D)^2 B/D)^0.206, FeedLocation = NR of MinPlates
+  const double ratio = std::pow(in.FeedFraction[3] / in.FeedFraction[2] *
+                                    std::pow(a.BottomComp[2] / a.TopComp[3], 2) *
+                                    (1 - a.TopFraction) / a.TopFraction,
+                                0.206);
+  EXPECT_NEAR(a.FeedLocation, ratio / (1 + ratio) * a.MinPlates, 1e-9);
+
+  // a partial condenser: one plate less at every reflux, all else the same
+  s.Column.ShortCutCondenser = 1;
+  const ShortCutResult b = RunShortCut(s, in);
+  EXPECT_EQ(a.MinPlates, b.MinPlates);
+  EXPECT_EQ(a.MinReflux, b.MinReflux);
+  EXPECT_EQ(a.FeedLocation, b.FeedLocation);
+  for (size_t k = 0; k < 51; ++k) {
+    EXPECT_EQ(a.Gilliland[k].R, b.Gilliland[k].R);
+    EXPECT_NEAR(b.Gilliland[k].N, a.Gilliland[k].N - 1, 1e-12);
+  }
+  s.Column.ShortCutCondenser = 0;
+
+  // no temperature given: the feed at its bubble point
+  ShortCutInput bubble = in;
+  bubble.TempGiven = false;
+  const ShortCutResult d = RunShortCut(s, bubble);
+  EXPECT_EQ(d.VF, 0);
+  EXPECT_GT(d.Temperature, 70);
+  EXPECT_LT(d.Temperature, 100);
+  EXPECT_EQ(s.Column.ShortCutTemp, d.Temperature);
+
+  // recoveries to the top consistent with the mole-fraction result give the same column
   s.Column.ShortCutCalcType = 1;
   s.Column.ShortCutLightValue[2] = a.Top[2] / in.FeedFraction[2];
   s.Column.ShortCutHeavyValue[2] = a.Top[3] / in.FeedFraction[3];
-  const ShortCutResult b = RunShortCut(s, in);
-  EXPECT_NEAR(b.MinPlates, a.MinPlates, 1e-9);
-  EXPECT_NEAR(b.MinReflux, a.MinReflux, 1e-9);
-  EXPECT_NEAR(b.FeedLocation, a.FeedLocation, 1e-9);
-  for (int i = 1; i <= 4; ++i) EXPECT_NEAR(b.TopComp[i], a.TopComp[i], 1e-9);
-}
-
-TEST_F(ColumnFixture, ShortCutBubblePointPath) {
-  LoadColumnExample1(s);
-  ShortCutInput in = MakeShortCutInput(s);
-  in.TempGiven = false;
-  const ShortCutResult r = RunShortCut(s, in);
-  EXPECT_EQ(r.VF, 0);
-  EXPECT_GT(r.Temperature, 70);
-  EXPECT_LT(r.Temperature, 100);
-  EXPECT_EQ(s.Column.ShortCutTemp, r.Temperature);
+  const ShortCutResult c = RunShortCut(s, in);
+  EXPECT_NEAR(c.MinPlates, a.MinPlates, 1e-9);
+  EXPECT_NEAR(c.MinReflux, a.MinReflux, 1e-9);
+  EXPECT_NEAR(c.FeedLocation, a.FeedLocation, 1e-9);
+  for (int i = 1; i <= 4; ++i) EXPECT_NEAR(c.TopComp[i], a.TopComp[i], 1e-9);
 }
 
 TEST_F(ColumnFixture, ShortCutRefusals) {
@@ -620,26 +606,6 @@ TEST_F(ColumnFixture, GillilandWithoutMinimumRefluxGivesNoPoints) {
   EXPECT_LT(r.MinPlates, 0);
   EXPECT_TRUE(r.Gilliland.empty());
   EXPECT_NE(dialogs.messages.back().find("Gilliland"), std::string::npos);
-}
-
-TEST_F(ColumnFixture, GraphSeries) {
-  LoadColumnExample1(s);
-  Solve();
-  const ProfileGraph g = CompositionGraph(s);
-  EXPECT_EQ(g.xMin, -6);
-  EXPECT_EQ(g.series.size(), 8u);
-  EXPECT_EQ(g.xLabels.back(), "1.0");
-  EXPECT_EQ(g.markTrays, std::vector<int>{5});
-  for (const auto& ser : g.series)
-    for (const auto& p : ser.points) EXPECT_GE(p.first, g.xMin);
-  const ProfileGraph t = TemperatureGraph(s);
-  EXPECT_EQ(t.divisions, 3);
-  ASSERT_EQ(t.series[0].points.size(), 15u);
-  EXPECT_EQ(t.xMin, s.Column.TrayT[1]);
-  SetGraphDivision(s, 3);
-  EXPECT_EQ(s.Column.GraphDecades, 4);
-  SetGraphDivision(s, -2);
-  EXPECT_EQ(s.Column.GraphDecades, 6);
 }
 
 }  // namespace

@@ -140,11 +140,9 @@ TEST(PureCompGroups, JobackOnTwoFourDimethylphenolMatchesThePublishedEstimate) {
   Fixture f;
   ASSERT_EQ(GetGroupTable(GroupMethod::Joback).rows[15].text, "=CH-");
   ASSERT_EQ(GetGroupTable(GroupMethod::Joback).rows[24].text, "-OH   (phenol)");
-  f.Count(GroupMethod::Joback, 2, 2);
-  f.Count(GroupMethod::Joback, 16, 3);
-  f.Count(GroupMethod::Joback, 17, 3);
-  f.Count(GroupMethod::Joback, 25, 1);
-  f.Count(GroupMethod::Joback, 1, 99);  // a heading counts as zero
+  // Row 1, a heading, counts as zero.
+  for (auto [row, n] : {std::pair{2, 2}, {16, 3}, {17, 3}, {25, 1}, {1, 99}})
+    f.Count(GroupMethod::Joback, row, n);
   f.p.PropMolWeight = 122.167;
   f.p.PropTotalAtom = 19;
   f.p.PropTbK = 484.13;
@@ -224,11 +222,22 @@ TEST(PureCompGroups, FedorsAndRihaniDoraiswamy) {
   EXPECT_NEAR(c[1] + c[2] * t + c[3] * t * t + c[4] * t * t * t, 34.2, 1.5);
 }
 
-TEST(PureCompGroups, FedorsWithNothingEnteredIsRefusedAndTheStateStays) {
+TEST(PureCompEstimate, BlankBoilingPointGoesThroughFedorsThenTheGroupFormOrIsRefused) {
   Fixture f;
   PureComponentInput in = Hexane(f);
-  f.p.GroupCount[static_cast<int>(GroupMethod::Fedors)] = {};
   in.HasTbC = false;  // a blank boiling point sends the estimate to Fedors
+  in.TotalAtom = 0;
+  in.TempHigh = 100;
+  f.p.Methods.TcPcVc = 1;  // Ambrose
+  RunPureComponentEstimation(f.s, in);
+  const double tcFedors = 535 * std::log10(2 * 1.79 + 4 * 1.34);
+  EXPECT_DOUBLE_EQ(f.p.PropTc, tcFedors);
+  EXPECT_TRUE(f.p.PropTbFromFedors);
+  EXPECT_NEAR(f.p.PropTbK, tcFedors / (1 + 1 / (1.242 + 6 * 0.138)), 1e-9);
+  EXPECT_NEAR(f.p.PropTbC, f.p.PropTbK - 273.15, 1e-12);
+
+  // With no Fedors group entered it is refused and the state stays as it was.
+  f.p.GroupCount[static_cast<int>(GroupMethod::Fedors)] = {};
   f.p.PropTc = 123.0;
   f.p.PropName = "before";
   for (int atoms : {0, 20}) {
@@ -244,21 +253,6 @@ TEST(PureCompGroups, FedorsWithNothingEnteredIsRefusedAndTheStateStays) {
   in.TotalAtom = 0;
   EXPECT_TRUE(Has(Outcome(f, in), "refused: "));
   EXPECT_EQ(f.p.PropTc, 123.0);
-}
-
-TEST(PureCompEstimate, BlankBoilingPointGoesThroughFedorsThenTheGroupForm) {
-  Fixture f;
-  PureComponentInput in = Hexane(f);
-  in.HasTbC = false;
-  in.TotalAtom = 0;
-  in.TempHigh = 100;
-  f.p.Methods.TcPcVc = 1;  // Ambrose
-  RunPureComponentEstimation(f.s, in);
-  const double tcFedors = 535 * std::log10(2 * 1.79 + 4 * 1.34);
-  EXPECT_DOUBLE_EQ(f.p.PropTc, tcFedors);
-  EXPECT_TRUE(f.p.PropTbFromFedors);
-  EXPECT_NEAR(f.p.PropTbK, tcFedors / (1 + 1 / (1.242 + 6 * 0.138)), 1e-9);
-  EXPECT_NEAR(f.p.PropTbC, f.p.PropTbK - 273.15, 1e-12);
 }
 
 TEST(PureCompEstimate, HexaneEndToEndBoilsAtItsBoilingPoint) {
@@ -297,9 +291,7 @@ TEST(PureCompEstimate, RangeAboveTcBelowAbsoluteZeroAndZeroTcAreMendedWithAMessa
   EXPECT_DOUBLE_EQ(f.p.PropTempHigh, f.p.PropTc - 273.15);
   // The last point has Tr = 1: it is left out and the fits run on 50 points.
   EXPECT_NEAR(f.p.GridTempK[51] / f.p.PropTc, 1.0, 1e-12);
-  EXPECT_FALSE(f.p.GridHasHv[51]);
-  EXPECT_FALSE(f.p.GridHasCpL[51]);
-  EXPECT_FALSE(f.p.GridHasDen[51]);
+  EXPECT_FALSE(f.p.GridHasHv[51] || f.p.GridHasCpL[51] || f.p.GridHasDen[51]);
   EXPECT_TRUE(f.p.GridHasHv[50]);
   EXPECT_EQ(f.p.FitPointCount, 50);
 

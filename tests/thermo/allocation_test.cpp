@@ -47,14 +47,12 @@ TEST(Allocation, ThermodynamicRoutinesNeverAllocate) {
   const Composition z = testmix::AlcoholsWilson(*s);
   s->EnthalpyMethod = 1;
   const Composition zh = testmix::LightHydrocarbons(*h, 4);
-  for (int i = 1; i <= 3; ++i) h->Bin.KijMatrix[i][i] = 0.0;
+  testmix::SetKijDiagonal(*h, 0.0);
   Composition x{}, y{};
   double sink = 0;
-  {
-    // A sanity check that the counter sees allocations at all.
+  {  // a sanity check that the counter sees allocations at all
     CountAllocations probe;
-    void* p = ::operator new(sizeof(double));
-    ::operator delete(p);
+    ::operator delete(::operator new(sizeof(double)));
     EXPECT_EQ(probe.Count(), 1);
   }
   CountAllocations counter;
@@ -76,7 +74,7 @@ TEST(Allocation, ThermodynamicRoutinesNeverAllocate) {
   // S-R-K cases that converge without a message.
   h->KValueMethod = 4;
   sink += CalcBubbleTemperature(*h, -30.0, 10 * 0.0980665, zh);
-  for (int i = 1; i <= 3; ++i) h->Bin.KijMatrix[i][i] = 1.0;
+  testmix::SetKijDiagonal(*h, 1.0);
   sink += CalcBubbleTemperature(*h, -10.0, 10 * 0.0980665, zh);
   double a, b, da, dda, rho;
   CalcEOSMixture(*h, 1, 0.0, zh, a, b, da, dda);

@@ -13,10 +13,11 @@ namespace {
 constexpr double kTenKgf = 10 * 0.0980665;  // MPa
 constexpr std::string_view kNoConvergence = "T_Bubble_srk No-Convergence";
 
-double SumXK(const SharedCalcState& s, const Composition& x) {
-  double sum = 0;
-  for (int i = 1; i <= s.NC; ++i) sum += x[i] * s.KValue[i];
-  return sum;
+// The temperature factor F of a component, 1 + m (1 - sqrt Tr), for S-R-K (0) or P-R (1).
+double TemperatureFactor(int eos, double w, double tk, double tc) {
+  const double m =
+      eos == 0 ? 0.48 + (1.574 - 0.176 * w) * w : 0.37464 + (1.54226 - 0.26992 * w) * w;
+  return 1 + m * (1 - std::sqrt(tk / tc));
 }
 
 TEST(Eos, BubbleTemperatureOfTheLightHydrocarbons) {
@@ -27,8 +28,7 @@ TEST(Eos, BubbleTemperatureOfTheLightHydrocarbons) {
       RecordingDialogs dialogs;
       s->Dialogs = &dialogs;
       const Composition x = testmix::LightHydrocarbons(*s, method);
-      if (zeroDiagonal)
-        for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 0.0;
+      if (zeroDiagonal) testmix::SetKijDiagonal(*s, 0.0);
       const double t = CalcBubbleTemperature(*s, -10.0, kTenKgf, x);
       // The search stays in its window of 50 C either side of the start.
       EXPECT_GE(t, -60.0);
@@ -37,7 +37,7 @@ TEST(Eos, BubbleTemperatureOfTheLightHydrocarbons) {
       // Either the stepper converged (sum x K within its tolerance of 1, no message) or it
       // reports once that it did not; the result is the last temperature in both cases.
       if (dialogs.messages.empty()) {
-        EXPECT_NEAR(SumXK(*s, x), 1.0, 1.0001e-5);
+        EXPECT_NEAR(testmix::SumXK(*s, x), 1.0, 1.0001e-5);
       } else {
         ASSERT_EQ(dialogs.messages.size(), 1u);
         EXPECT_EQ(dialogs.messages[0], kNoConvergence);
@@ -61,33 +61,28 @@ TEST(Eos, DefaultKijDiagonalLeavesOnlyTheCrossTerms) {
   auto s = MakeSharedCalcState();
   const Composition z = testmix::LightHydrocarbons(*s, 4);
   for (int eos : {0, 1}) {
-    double a1, b1, da1, dda1, a0, b0, da0, dda0;
+    double a1, b1, da1, dda1, a0, b0, da0, dda0, ap, am, bx, dx, ddx;
     CalcEOSMixture(*s, eos, 0.0, z, a1, b1, da1, dda1);
-    for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 0.0;
+    testmix::SetKijDiagonal(*s, 0.0);
     CalcEOSMixture(*s, eos, 0.0, z, a0, b0, da0, dda0);
-    for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 1.0;
+    CalcEOSMixture(*s, eos, 0.01, z, ap, bx, dx, ddx);
+    CalcEOSMixture(*s, eos, -0.01, z, am, bx, dx, ddx);
+    testmix::SetKijDiagonal(*s, 1.0);
     EXPECT_EQ(b0, b1);
     // What the diagonal adds back is sum z_i^2 ac_i F_i^2.
     double pure = 0;
     const double tk = 273.15;
     for (int i = 1; i <= 3; ++i) {
-      const double tc = s->Comp.CompTc[i], pc = s->Comp.CompPc[i], w = s->Comp.CompOmega[i];
-      const double m =
-          eos == 0 ? 0.48 + (1.574 - 0.176 * w) * w : 0.37464 + (1.54226 - 0.26992 * w) * w;
+      const double tc = s->Comp.CompTc[i], pc = s->Comp.CompPc[i];
       const double ac = (eos == 0 ? 0.00287803 : 0.0030785) * tc * tc / pc;
-      const double f = 1 + m * (1 - std::sqrt(tk / tc));
+      const double f = TemperatureFactor(eos, s->Comp.CompOmega[i], tk, tc);
       pure += z[i] * z[i] * ac * f * f;
     }
     EXPECT_NEAR(a0 - a1, pure, 1e-12 * a0) << eos;
     EXPECT_GT(a1, 0);
     EXPECT_LT(da0, 0);  // attraction falls with temperature
     EXPECT_GT(dda0, 0);
-    // Numerical derivative of a agrees with dadT.
-    double ap, am, bx, dx, ddx;
-    for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 0.0;
-    CalcEOSMixture(*s, eos, 0.01, z, ap, bx, dx, ddx);
-    CalcEOSMixture(*s, eos, -0.01, z, am, bx, dx, ddx);
-    for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 1.0;
+    // The numerical derivative of a agrees with dadT.
     EXPECT_NEAR((ap - am) / 0.02, da0, 1e-6 * std::fabs(da0));
   }
   // A component with z = 0 takes no part.
@@ -106,7 +101,7 @@ TEST(Eos, DefaultKijDiagonalLeavesOnlyTheCrossTerms) {
 TEST(Eos, CompressibilityRootsSatisfyTheCubic) {
   auto s = MakeSharedCalcState();
   const Composition z = testmix::LightHydrocarbons(*s, 4);
-  for (int i = 1; i <= 3; ++i) s->Bin.KijMatrix[i][i] = 0.0;
+  testmix::SetKijDiagonal(*s, 0.0);
   for (int eos : {0, 1}) {
     for (double t : {-60.0, 10.0}) {  // one real root; three real roots
       double a, b, da, dda, rho0, rho1;
@@ -159,9 +154,7 @@ TEST(Eos, FugacityOfAPureComponentKeepsTheProgramsConstants) {
       CompArray phi{};
       CalcEOSFugacity(*s, eos, t, kTenKgf, z, phi, rho, a, b);
 
-      const double m =
-          eos == 0 ? 0.48 + (1.574 - 0.176 * w) * w : 0.37464 + (1.54226 - 0.26992 * w) * w;
-      const double f = 1 + m * (1 - std::sqrt(tk / 369.8));
+      const double f = TemperatureFactor(eos, w, tk, 369.8);
       const double acMix = (eos == 0 ? 0.00287803 : 0.0030785) * 369.8 * 369.8 / 42.5;
       const double acFug = (eos == 0 ? 0.00287803 : 0.00307846) * 369.8 * 369.8 / 42.5;
       const double bi = (eos == 0 ? 0.00710907 : 0.00638372) * 369.8 / 42.5;
@@ -201,16 +194,23 @@ TEST(Eos, InitialKValues) {
   for (int i = 1; i <= 3; ++i) EXPECT_GT(s->KValue[i], 0);
 }
 
-TEST(Eos, SecantBracketStepFindsARootAndKeepsItsStates) {
-  // F = exp(0.1 (X - 12)) - 1, root at 12, negative at the start.
-  auto f = [](double x) { return std::exp(0.1 * (x - 12)) - 1; };
+// A search of the window -50 to 50 with steps of 0.5, at X with its function value F.
+SecantBracketState Search(double x, double f) {
   SecantBracketState st;
   st.Xmin = -50;
   st.Xmax = 50;
   st.step = 0.5;
   st.tol = 1E-05;
-  st.X = 80;  // outside: the middle of the window, still the first call
-  st.F = f(st.X);
+  st.X = x;
+  st.F = f;
+  return st;
+}
+
+TEST(Eos, SecantBracketStepFindsARootAndKeepsItsStates) {
+  // F = exp(0.1 (X - 12)) - 1, root at 12, negative at the start.
+  auto f = [](double x) { return std::exp(0.1 * (x - 12)) - 1; };
+  // Started outside the window: the first call goes to its middle.
+  SecantBracketState st = Search(80, f(80));
   SecantBracketStep(st);
   EXPECT_EQ(st.state, 1);
   EXPECT_EQ(st.X, 0.0);
@@ -227,14 +227,8 @@ TEST(Eos, SecantBracketStepFindsARootAndKeepsItsStates) {
 
   // One side known (positive), then a value not above 0: the bracket is known, Fn takes F
   // and Xn stays as it was.
-  SecantBracketState q;
-  q.Xmin = -50;
-  q.Xmax = 50;
-  q.step = 0.5;
-  q.tol = 1E-05;
+  SecantBracketState q = Search(0, 0.5);
   q.Xn = 123.0;
-  q.X = 0;
-  q.F = 0.5;
   SecantBracketStep(q);
   EXPECT_EQ(q.state, 2);
   EXPECT_EQ(q.X, 0.5);
@@ -249,24 +243,12 @@ TEST(Eos, SecantBracketStepFindsARootAndKeepsItsStates) {
   EXPECT_DOUBLE_EQ(q.X, 0.5 - (0.5 - 0.0) / ((-0.5 - 0.5) / -0.5));
 
   // The first step turns back when it would reach the upper end.
-  SecantBracketState e;
-  e.Xmin = -50;
-  e.Xmax = 50;
-  e.step = 0.5;
-  e.tol = 1E-05;
-  e.X = 49.75;
-  e.F = 1;
+  SecantBracketState e = Search(49.75, 1);
   SecantBracketStep(e);
   EXPECT_EQ(e.X, 49.25);
 
   // A flat function stalls (state 6) with X unchanged.
-  SecantBracketState g;
-  g.Xmin = -50;
-  g.Xmax = 50;
-  g.step = 0.5;
-  g.tol = 1E-05;
-  g.X = 1;
-  g.F = 0.3;
+  SecantBracketState g = Search(1, 0.3);
   SecantBracketStep(g);
   g.F = 0.3;
   const double before = g.X;

@@ -11,12 +11,6 @@ namespace {
 
 constexpr std::string_view kNoEosForm = "S-R-K / P-Rの式は未だありません";
 
-double SumXK(const SharedCalcState& s, const Composition& x) {
-  double sum = 0;
-  for (int i = 1; i <= s.NC; ++i) sum += x[i] * s.KValue[i];
-  return sum;
-}
-
 // Stage one ends where sum y / K = 1 with Gamma taken at y; stage two leaves Gamma and K of
 // the liquid x = y / K (normalised), whose vapour K x (normalised) is y again.
 void ExpectDewPointHolds(SharedCalcState& s, double td, double p, const Composition& y, int tag) {
@@ -61,41 +55,10 @@ TEST(Equilibrium, PureWaterBoilsWhereItsVapourPressureIsTheSystemPressure) {
   }
 }
 
-TEST(Equilibrium, IdealBubbleAndDewPressureInTheUsersUnit) {
-  auto s = MakeSharedCalcState();
-  s->NC = 2;
-  testmix::SetAntoine(*s, 1, "Methanol", 7.8786, 1473.11, 230.0);
-  testmix::SetAntoine(*s, 2, "Water", 8.07131, 1730.63, 233.43);
-  s->KValueMethod = 1;
-  const Composition x{0, 0.3, 0.7};
-  const double p1 = AntoinePressureMmHg(*s, 1, 70.0), p2 = AntoinePressureMmHg(*s, 2, 70.0);
-  const double pmm = 0.3 * p1 + 0.7 * p2;
-
-  s->Unit.PressUnit = 3;  // mmHg: the sum itself, through the rounded factor and its reciprocal
-  EXPECT_NEAR(CalcBubblePressure(*s, 70.0, 999.0, x), pmm, pmm * 1e-9);
-  EXPECT_NEAR(s->KValue[1], p1 / pmm, 1e-12);
-  EXPECT_NEAR(SumXK(*s, x), 1.0, 1e-12);
-  s->Unit.PressUnit = 2;  // KPa
-  EXPECT_NEAR(CalcBubblePressure(*s, 70.0, 0, x), pmm / kMmHgPerMPa * 1000, 1e-9);
-
-  // Dew pressure: 1 / sum y / Psat.
-  s->Unit.PressUnit = 1;
-  const double pdew = 1.0 / (0.3 / p1 + 0.7 / p2);
-  EXPECT_NEAR(CalcDewPressure(*s, 70.0, 0, x), pdew / kMmHgPerMPa, 1e-12);
-  EXPECT_LT(pdew, pmm);
-  // The bubble temperature at the bubble pressure is the temperature we started from.
-  const double tb = CalcBubbleTemperature(*s, 20.0, pmm / kMmHgPerMPa, x);
-  EXPECT_NEAR(tb, 70.0, 1e-4);
-  const double td = CalcDewTemperature(*s, 20.0, pdew / kMmHgPerMPa, x);
-  EXPECT_NEAR(td, 70.0, 1e-4);
-}
-
-TEST(Equilibrium, BubbleAndDewPointsOfABinaryAgree) {
+TEST(Equilibrium, BubbleAndDewPointsAndPressuresOfABinaryAgree) {
   for (int method : {1, 2, 3}) {
     auto s = MakeSharedCalcState();
-    s->NC = 2;
-    testmix::SetAntoine(*s, 1, "Methanol", 7.8786, 1473.11, 230.0);
-    testmix::SetAntoine(*s, 2, "Water", 8.07131, 1730.63, 233.43);
+    testmix::MethanolWater(*s);
     s->Bin.WilsonLambda[1][2] = 0.382;
     s->Bin.WilsonLambda[2][1] = 0.95;
     s->Bin.NrtlTau[1][2] = -0.2;
@@ -105,7 +68,7 @@ TEST(Equilibrium, BubbleAndDewPointsOfABinaryAgree) {
     const Composition x{0, 0.25, 0.75};
     const double p = 0.1;
     const double tb = CalcBubbleTemperature(*s, 80.0, p, x);
-    EXPECT_NEAR(SumXK(*s, x), 1.0, 1e-6) << method;
+    EXPECT_NEAR(testmix::SumXK(*s, x), 1.0, 1e-6) << method;
     Composition y{};
     for (int i = 1; i <= 2; ++i) y[i] = x[i] * s->KValue[i];
     const double sy = y[1] + y[2];
@@ -128,6 +91,21 @@ TEST(Equilibrium, BubbleAndDewPointsOfABinaryAgree) {
     // Bubble pressure at the bubble temperature gives back the pressure.
     s->Unit.PressUnit = 1;
     EXPECT_NEAR(CalcBubblePressure(*s, tb, 0, x), p, 1e-7) << method;
+    if (method != 1) continue;
+    // Ideal bubble pressure sum x Psat and dew pressure 1 / sum y / Psat, in the user's unit;
+    // the bubble and dew temperatures at them are the temperature they were taken at.
+    const double p1 = AntoinePressureMmHg(*s, 1, 70.0), p2 = AntoinePressureMmHg(*s, 2, 70.0);
+    const double pmm = 0.25 * p1 + 0.75 * p2, pdew = 1.0 / (0.25 / p1 + 0.75 / p2);
+    EXPECT_NEAR(CalcDewPressure(*s, 70.0, 0, x), pdew / kMmHgPerMPa, 1e-12);
+    EXPECT_LT(pdew, pmm);
+    EXPECT_NEAR(CalcBubbleTemperature(*s, 20.0, pmm / kMmHgPerMPa, x), 70.0, 1e-4);
+    EXPECT_NEAR(CalcDewTemperature(*s, 20.0, pdew / kMmHgPerMPa, x), 70.0, 1e-4);
+    s->Unit.PressUnit = 2;  // KPa
+    EXPECT_NEAR(CalcBubblePressure(*s, 70.0, 0, x), pmm / kMmHgPerMPa * 1000, 1e-9);
+    s->Unit.PressUnit = 3;  // mmHg: the sum itself, through the rounded factor and its reciprocal
+    EXPECT_NEAR(CalcBubblePressure(*s, 70.0, 999.0, x), pmm, pmm * 1e-9);
+    EXPECT_NEAR(s->KValue[1], p1 / pmm, 1e-12);
+    EXPECT_NEAR(testmix::SumXK(*s, x), 1.0, 1e-12);
   }
 }
 
@@ -212,7 +190,7 @@ TEST(Equilibrium, WilsonMixtureOfTheFlashExample) {
   const Composition z = testmix::AlcoholsWilson(*s);
   const double p = 760 * 0.00013322;
   const double tb = CalcBubbleTemperature(*s, 80.0, p, z);
-  EXPECT_NEAR(SumXK(*s, z), 1.0, 1e-6);
+  EXPECT_NEAR(testmix::SumXK(*s, z), 1.0, 1e-6);
   EXPECT_GT(tb, 64.0);   // above pure methanol
   EXPECT_LT(tb, 100.0);  // below pure water
   const double td = CalcDewTemperature(*s, 100.0, p, z);

@@ -11,6 +11,24 @@ inline void SetAntoine(SharedCalcState& s, int i, const char* name, double a, do
   s.Comp.AntoineC[i] = c;
 }
 
+// Methanol and water, nothing else set.
+inline void MethanolWater(SharedCalcState& s) {
+  s.NC = 2;
+  SetAntoine(s, 1, "Methanol", 7.8786, 1473.11, 230.0);
+  SetAntoine(s, 2, "Water", 8.07131, 1730.63, 233.43);
+}
+
+// The equation-of-state mixtures take the diagonal of Kij as a plain number (1.0 by default).
+inline void SetKijDiagonal(SharedCalcState& s, double kii) {
+  for (int i = 1; i <= s.NC; ++i) s.Bin.KijMatrix[i][i] = kii;
+}
+
+inline double SumXK(const SharedCalcState& s, const Composition& x) {
+  double sum = 0;
+  for (int i = 1; i <= s.NC; ++i) sum += x[i] * s.KValue[i];
+  return sum;
+}
+
 // Methanol, ethanol, water, 1-propanol with the Wilson constants of the first flash example.
 inline Composition AlcoholsWilson(SharedCalcState& s) {
   ResetComponentsAndMatrices(s);

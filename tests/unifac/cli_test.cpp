@@ -26,6 +26,8 @@ class CliTest : public ::testing::Test {
     if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli is not built";
     dir_ = fs::temp_directory_path() / ("tervale_unifac_cli_" + std::to_string(::getpid()));
     fs::create_directories(dir_);
+    ASSERT_EQ(RunCli("example unifac 1 -o " + P("u1.json")).status, 0);
+    ASSERT_EQ(RunCli("example antoine -o " + P("a.json")).status, 0);
   }
   void TearDown() override {
     if (!dir_.empty()) fs::remove_all(dir_);
@@ -50,7 +52,6 @@ TEST_F(CliTest, UnifacExamplesRunAndPrintTheContractKeys) {
 
 TEST_F(CliTest, UnifacRefusals) {
   std::string file = P("u1.json");
-  ASSERT_EQ(RunCli("example unifac 1 -o " + file).status, 0);
   // No UNIFAC.PAR where it is looked for.
   CliRun r = RunCli("unifac " + file + " --json --parameters " + P("none.PAR"));
   EXPECT_EQ(r.status, 2);
@@ -62,14 +63,11 @@ TEST_F(CliTest, UnifacRefusals) {
   r = RunCli("unifac " + P("bad.json") + " --json");
   EXPECT_EQ(r.status, 2);
   EXPECT_NE(r.out.find("No group data"), std::string::npos);
-  std::ofstream(P("broken.json")) << "{";
-  EXPECT_EQ(RunCli("unifac " + P("broken.json")).status, 2);
   EXPECT_EQ(RunCli("unifac " + P("missing.json")).status, 2);
 }
 
 TEST_F(CliTest, AntoineExampleAndRefusals) {
   std::string file = P("a.json");
-  ASSERT_EQ(RunCli("example antoine -o " + file).status, 0);
   CliRun r = RunCli("antoine " + file + " --json");
   EXPECT_EQ(r.status, 0);
   for (const char* key : {"\"rows\"", "\"name\"", "\"A\"", "\"B\"", "\"C\"", "\"fitted\"",
@@ -83,8 +81,7 @@ TEST_F(CliTest, AntoineExampleAndRefusals) {
   EXPECT_NE(r.out.find("cannot be fitted"), std::string::npos);
   EXPECT_EQ(RunCli("antoine " + P("a.json") + " --lang ja --json").status, 0);
   // A file of the other program is refused.
-  ASSERT_EQ(RunCli("example unifac 1 -o " + P("u.json")).status, 0);
-  EXPECT_EQ(RunCli("antoine " + P("u.json")).status, 2);
+  EXPECT_EQ(RunCli("antoine " + P("u1.json")).status, 2);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 # tervale-cli, into OUT/<target>/ (beside the hand-written seeds of fuzz/seeds/).
 # Usage: fuzz/make_seeds.sh path/to/tervale-cli OUT
 set -euo pipefail
-cli=${1:?tervale-cli}
+cli=$(realpath "${1:?tervale-cli}")
 here="$(cd "$(dirname "$0")" && pwd)"
 seeds=${2:?output folder}
 mkdir -p "$seeds"

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <initializer_list>
 #include <memory>
 #include <string>
 
@@ -36,6 +37,13 @@ inline const fs::path& SeededDatabase() {
     return f;
   }();
   return file;
+}
+
+// Each named field of a row holds exactly the value given, its type included (an Index is an
+// integer, Null is std::monostate).
+inline void ExpectRow(const RecordSet& rs, size_t row,
+                      std::initializer_list<std::pair<const char*, Value>> fields) {
+  for (const auto& [column, value] : fields) EXPECT_EQ(rs.Field(row, column), value) << column;
 }
 
 class SeededDbTest : public ::testing::Test {

@@ -1,6 +1,8 @@
 // Consistency tests, parameter statistics and azeotropes of binary VLE data.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <random>
 
@@ -81,12 +83,9 @@ TEST(Consistency, ExactModelDataPassBothTestsAndShiftedYFailsThePointTest) {
     EXPECT_LT(r.area->D, 5);
     EXPECT_EQ(r.area->J.has_value(), isobaric);
     if (isobaric) {
-      double tMin = 1e9, tMax = -1e9;
-      for (int i = 1; i <= f.c().NVLEData; ++i) {
-        tMin = std::fmin(tMin, f.c().DataTemp[i]);
-        tMax = std::fmax(tMax, f.c().DataTemp[i]);
-      }
-      EXPECT_NEAR(*r.area->J, 150 * (tMax - tMin) / (tMin + 273.15), 1e-12);
+      const auto [tMin, tMax] =
+          std::minmax_element(&f.c().DataTemp[1], &f.c().DataTemp[1] + f.c().NVLEData);
+      EXPECT_NEAR(*r.area->J, 150 * (*tMax - *tMin) / (*tMin + 273.15), 1e-12);
     }
     EXPECT_TRUE(r.point->passed);
     EXPECT_LT(r.point->meanAbsDy, 0.002);
@@ -199,7 +198,7 @@ TEST(Statistics, RepeatedNoisyFitsScatterAsTheStandardErrorsSay) {
   MakeWilsonData(truth, false, xs, 0.43, 0.95);
   const VLEDataCase exact = truth.c();
   const int runs = 300;
-  double sum1 = 0, sum2 = 0, sq1 = 0, sq2 = 0, se1 = 0, se2 = 0;
+  std::array<double, 3> sum{}, sq{}, se{};
   for (int run = 0; run < runs; ++run) {
     Fixture f;
     f.s->VLE = exact;
@@ -211,17 +210,14 @@ TEST(Statistics, RepeatedNoisyFitsScatterAsTheStandardErrorsSay) {
     MarquardtRegression(*f.s);
     VLEStatistics st = CalcVLEStatistics(*f.s);
     ASSERT_TRUE(st.stdError12 && st.stdError21);
-    sum1 += f.c().WilsonLambda12;
-    sum2 += f.c().WilsonLambda21;
-    sq1 += f.c().WilsonLambda12 * f.c().WilsonLambda12;
-    sq2 += f.c().WilsonLambda21 * f.c().WilsonLambda21;
-    se1 += *st.stdError12;
-    se2 += *st.stdError21;
+    const double p[] = {0, f.c().WilsonLambda12, f.c().WilsonLambda21};
+    const double e[] = {0, *st.stdError12, *st.stdError21};
+    for (int k = 1; k <= 2; ++k) sum[k] += p[k], sq[k] += p[k] * p[k], se[k] += e[k];
   }
-  const double sd1 = std::sqrt((sq1 - sum1 * sum1 / runs) / (runs - 1));
-  const double sd2 = std::sqrt((sq2 - sum2 * sum2 / runs) / (runs - 1));
-  EXPECT_NEAR(sd1 / (se1 / runs), 1.0, 0.3);
-  EXPECT_NEAR(sd2 / (se2 / runs), 1.0, 0.3);
+  for (int k = 1; k <= 2; ++k) {
+    const double sd = std::sqrt((sq[k] - sum[k] * sum[k] / runs) / (runs - 1));
+    EXPECT_NEAR(sd / (se[k] / runs), 1.0, 0.3) << k;
+  }
 }
 
 // A V-L case (calc type 3 or 4) from constants, drawn as the result screen draws it.

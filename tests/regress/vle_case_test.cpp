@@ -64,23 +64,18 @@ TEST(VLECase, DefaultsOfInitialize) {
 
 TEST(VLECase, ExamplesHoldAllTheirPointsAndExampleThreeChangesNothing) {
   Fixture f;
+  const VLEDataCase& c = f.s->VLE;
   ASSERT_TRUE(LoadVLEExample(*f.s, 1));
-  EXPECT_EQ(f.s->VLE.ComponentName[1], "Methanol");
-  EXPECT_EQ(f.s->VLE.NVLEData, 12);
-  EXPECT_EQ(f.s->VLE.DataTemp[12], 65.0);
-  EXPECT_EQ(f.s->VLE.DataY[12], 0.975);
-  EXPECT_EQ(f.s->VLE.AntoineC[2], 233.426);
-  EXPECT_NE(f.s->VLE.MemoLine[2].find("Wilson定数の文献値"), std::string::npos);
+  EXPECT_EQ(std::tie(c.ComponentName[1], c.NVLEData, c.DataTemp[12], c.DataY[12], c.AntoineC[2]),
+            std::make_tuple("Methanol", 12, 65.0, 0.975, 233.426));
+  EXPECT_NE(c.MemoLine[2].find("Wilson定数の文献値"), std::string::npos);
   ASSERT_TRUE(LoadVLEExample(*f.s, 2));
-  EXPECT_EQ(f.s->VLE.ComponentName[2], "ＷＡＴＥＲ");
-  EXPECT_EQ(f.s->VLE.NVLEData, 20);
-  EXPECT_EQ(f.s->VLE.DataTemp[9], 80.65);
-  EXPECT_EQ(f.s->VLE.DataX[20], 0.941);
-  EXPECT_EQ(f.s->VLE.VLEPressure, 760);
-  EXPECT_EQ(f.s->VLE.CalcType, 1);
+  EXPECT_EQ(std::tie(c.ComponentName[2], c.NVLEData, c.DataTemp[9], c.DataX[20], c.VLEPressure,
+                     c.CalcType),
+            std::make_tuple("ＷＡＴＥＲ", 20, 80.65, 0.941, 760.0, 1));
   EXPECT_FALSE(LoadVLEExample(*f.s, 3));
   EXPECT_EQ(f.LastMessage(), "未だ例題データを準備していません。");
-  EXPECT_EQ(f.s->VLE.NVLEData, 20);
+  EXPECT_EQ(c.NVLEData, 20);
 }
 
 TEST(VLECase, FileRoundTrip) {
@@ -210,10 +205,9 @@ TEST(VLEDriver, AcceptsExampleAndDerivesMeasuredGammas) {
   EXPECT_TRUE(fields.Para12Text.empty());  // a cleared pair shows blank fields
   ASSERT_TRUE(RunVLECalcDriver(*f.s, fields)) << f.LastMessage();
   const VLEDataCase& c = f.s->VLE;
-  EXPECT_EQ(c.WilsonLambda12, 1);  // blank fields take the defaults
-  EXPECT_EQ(c.WilsonLambda21, 1);
-  EXPECT_EQ(c.ObjectiveFunc, 1);
-  EXPECT_EQ(c.NVLEData, 12);
+  // blank fields take the defaults
+  EXPECT_EQ(std::tie(c.WilsonLambda12, c.WilsonLambda21, c.ObjectiveFunc, c.NVLEData),
+            std::make_tuple(1.0, 1.0, 1, 12));
   EXPECT_NEAR(c.VLEPressure, 760, 1e-9);
   double mean = 0;
   for (int i = 1; i <= 12; ++i) mean += c.DataTemp[i];
@@ -244,19 +238,17 @@ TEST(VLEDriver, UnitsAndParameterFields) {
   const VLEDataCase& c = f.s->VLE;
   EXPECT_DOUBLE_EQ(c.VLEPressure, 101.325 * 0.001 / 0.00013322);
   EXPECT_NEAR(c.DataTemp[1], 96.4, 1e-9);
-  EXPECT_EQ(c.VLEPressUnit, 2);
-  EXPECT_EQ(c.WilsonLambda12, 0.5);
-  EXPECT_EQ(c.WilsonLambda21, 0);     // a blank second field reads as 0
-  EXPECT_EQ(f.s->Unit.PressUnit, 3);  // the suite's own selection is left alone
+  // a blank second field reads as 0; the suite's own unit selection is left alone
+  EXPECT_EQ(std::tie(c.VLEPressUnit, c.WilsonLambda12, c.WilsonLambda21, f.s->Unit.PressUnit),
+            std::make_tuple(2, 0.5, 0.0, 3));
 
   // NRTL: blank tau gives 0, blank alpha 0.4.
   fields.CalcTypeIndex = 1;
   fields.Para12Text = "";
   fields.AlphaText = "";
   ASSERT_TRUE(RunVLECalcDriver(*f.s, fields));
-  EXPECT_EQ(f.s->VLE.NrtlTau12, 0);
-  EXPECT_EQ(f.s->VLE.NrtlAlpha, 0.4);
-  EXPECT_EQ(f.s->VLE.WilsonLambda12, 0.5);  // the Wilson pair keeps its own values
+  // the Wilson pair keeps its own values
+  EXPECT_EQ(std::tie(c.NrtlTau12, c.NrtlAlpha, c.WilsonLambda12), std::make_tuple(0.0, 0.4, 0.5));
 
   // Constant temperature: measured pressures through the unit, gammas at the fixed T.
   fields = Example1Fields(f);

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <initializer_list>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "database/property_db.h"
 #include "state/shared_state.h"
@@ -41,9 +41,11 @@ inline const fs::path& SeededDatabase() {
 
 // Each named field of a row holds exactly the value given, its type included (an Index is an
 // integer, Null is std::monostate).
-inline void ExpectRow(const RecordSet& rs, size_t row,
-                      std::initializer_list<std::pair<const char*, Value>> fields) {
-  for (const auto& [column, value] : fields) EXPECT_EQ(rs.Field(row, column), value) << column;
+inline void ExpectRow(const RecordSet& rs, size_t row, const std::vector<const char*>& columns,
+                      const std::vector<Value>& values) {
+  ASSERT_EQ(columns.size(), values.size());
+  for (size_t k = 0; k < columns.size(); ++k)
+    EXPECT_EQ(rs.Field(row, columns[k]), values[k]) << columns[k];
 }
 
 class SeededDbTest : public ::testing::Test {

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <map>
+#include <tuple>
 
 #include "database/lookups.h"
 #include "db_fixture.h"
@@ -38,19 +39,16 @@ TEST_F(LookupTest, AntoineSearchFallsBackToTheOtherNameCellAndFillsTheRow) {
   EXPECT_EQ(LookupSearchWord(grid), "Methanol");
   auto d = ShowSubstanceLookup(*db_, *s_, LookupKind::Antoine, grid);
   ASSERT_EQ(d.Found.RecordCount(), 2);
-  EXPECT_EQ(d.SelectedRow, 1);
-  EXPECT_EQ(d.Label, "");
-  EXPECT_EQ(d.ListCell(1, 1), "Methanol");
-  EXPECT_EQ(d.ListCell(1, 3), "1");  // Equation Type
+  // the first row chosen, its name and Equation Type listed
+  EXPECT_EQ(std::make_tuple(d.SelectedRow, d.Label, d.ListCell(1, 1), d.ListCell(1, 3)),
+            std::make_tuple(1, "", "Methanol", "1"));
 
   // The estimation of Antoine constants: formula, name and the three constants, painted.
   s_->ActiveProgram = 3;
   ShowAndOk(LookupKind::Antoine, grid, 2);
-  EXPECT_EQ(s_->Comp.AntoineA[2], 8.01761);
-  EXPECT_EQ(s_->Comp.AntoineB[2], 1544.047);
-  EXPECT_EQ(s_->Comp.AntoineC[2], 235.987);
-  EXPECT_EQ(grid.Text(2, 1), "CH4O");
-  EXPECT_EQ(grid.Text(2, 3), "8.01761");
+  EXPECT_EQ(std::tie(s_->Comp.AntoineA[2], s_->Comp.AntoineB[2], s_->Comp.AntoineC[2]),
+            std::make_tuple(8.01761, 1544.047, 235.987));
+  EXPECT_EQ(std::make_tuple(grid.Text(2, 1), grid.Text(2, 3)), std::make_tuple("CH4O", "8.01761"));
   EXPECT_EQ(grid.PaintedBlackOnWhite.size(), 3u);
 
   // Any other program: columns 1 to 3 get the constants. The active cell is empty, column 1
@@ -59,9 +57,8 @@ TEST_F(LookupTest, AntoineSearchFallsBackToTheOtherNameCellAndFillsTheRow) {
   auto kvalue = Grid(1, 2, {{{1, 1}, "methanol"}});
   EXPECT_EQ(ShowAndOk(LookupKind::Antoine, kvalue).Found.RecordCount(), 2);
   EXPECT_EQ(s_->Comp.AntoineA[1], 8.07787);
-  EXPECT_EQ(kvalue.Text(1, 1), "8.07787");
-  EXPECT_EQ(kvalue.Text(1, 2), "1580.08");
-  EXPECT_EQ(kvalue.Text(1, 3), "239.5");
+  EXPECT_EQ(std::make_tuple(kvalue.Text(1, 1), kvalue.Text(1, 2), kvalue.Text(1, 3)),
+            std::make_tuple("8.07787", "1580.08", "239.5"));
   EXPECT_TRUE(dialogs_.messages.empty());
 }
 
@@ -72,8 +69,8 @@ TEST_F(LookupTest, StarListsAllAndNothingFoundLeavesNoChoice) {
   EXPECT_EQ(AsText(byFormula.Found.Field(0, "Name")), "Methanol");
 
   auto none = SearchSubstance(*db_, *s_, LookupKind::Antoine, "Unobtainium");
-  EXPECT_EQ(none.SelectedRow, 0);
-  EXPECT_EQ(none.Label, "Antoine's constants does not exist in Data Base");
+  EXPECT_EQ(std::tie(none.SelectedRow, none.Label),
+            std::make_tuple(0, "Antoine's constants does not exist in Data Base"));
   CallerGrid grid;
   EXPECT_EQ(LookupOk(*db_, *s_, none, grid), OkResult::StaysOpen);
   EXPECT_EQ(dialogs_.messages, std::vector<std::string>{"ERROR:\n Select Data"});
@@ -101,8 +98,7 @@ TEST_F(LookupTest, ComponentNullsLeaveTheCellsUntouched) {
   auto antoine = Grid(3, 2, {{{3, 2}, "Water"}});
   ShowAndOk(LookupKind::Component, antoine);
   EXPECT_EQ(antoine.Text(3, 1), "H2O");
-  EXPECT_FALSE(antoine.Text(3, 6).empty());
-  EXPECT_FALSE(antoine.Text(3, 8).empty());
+  EXPECT_FALSE(antoine.Text(3, 6).empty() || antoine.Text(3, 8).empty());
 
   // The binary estimation program has no component grid: OK closes and writes nothing.
   s_->ActiveProgram = 4;
@@ -114,15 +110,12 @@ TEST_F(LookupTest, ComponentNullsLeaveTheCellsUntouched) {
 TEST_F(LookupTest, EnthalpyAndHeatCapacityGoToTheActiveRow) {
   auto grid = Grid(2, 1, {{{2, 1}, "Methanol"}});
   EXPECT_EQ(ShowAndOk(EnthalpyLookupKind(1), grid).kind, LookupKind::Enthalpy);
-  EXPECT_EQ(s_->Comp.HVapA[2], 293.301);
-  EXPECT_EQ(s_->Comp.HLiqC[2], 0.00084537);
-  EXPECT_EQ(grid.Text(2, 7), "0.00084537");
+  EXPECT_EQ(std::make_tuple(s_->Comp.HVapA[2], s_->Comp.HLiqC[2], grid.Text(2, 7)),
+            std::make_tuple(293.301, 0.00084537, "0.00084537"));
 
   EXPECT_EQ(ShowAndOk(EnthalpyLookupKind(2), grid).kind, LookupKind::HeatCapacity);
-  EXPECT_EQ(s_->Comp.CpA[2], 7.58536);
-  EXPECT_EQ(s_->Comp.CpD[2], -2.42321e-08);
-  EXPECT_EQ(grid.Text(2, 5), "-2.42321e-08");
-  EXPECT_EQ(s_->Comp.CpA[1], 0.0);
+  EXPECT_EQ(std::make_tuple(s_->Comp.CpA[2], s_->Comp.CpD[2], grid.Text(2, 5), s_->Comp.CpA[1]),
+            std::make_tuple(7.58536, -2.42321e-08, "-2.42321e-08", 0.0));
 }
 
 TEST_F(LookupTest, ReversedPairLandsByNameNotByPosition) {
@@ -132,8 +125,8 @@ TEST_F(LookupTest, ReversedPairLandsByNameNotByPosition) {
   auto grid = Grid(1, 2);
   EXPECT_EQ(ShowAndOk(LookupKind::Wilson, grid).Found.RecordCount(), 1);
   const double lambda12 = 0.331921, lambda21 = 1.13829;
-  EXPECT_EQ(s_->Bin.WilsonLambda[2][1], lambda12);
-  EXPECT_EQ(s_->Bin.WilsonLambda[1][2], lambda21);
+  const auto& w = s_->Bin.WilsonLambda;
+  EXPECT_EQ(std::tie(w[2][1], w[1][2]), std::tie(lambda12, lambda21));
 
   // Reversed in the case: found from the matrix cell (water row, methanol column), and the
   // values follow the names.
@@ -144,13 +137,11 @@ TEST_F(LookupTest, ReversedPairLandsByNameNotByPosition) {
   EXPECT_EQ(d.Found.RecordCount(), 1);
   EXPECT_EQ(std::vector<int>({d.PairA, d.PairB, d.PairFirst, d.PairSecond}),
             std::vector<int>({1, 2, 2, 1}));
-  EXPECT_EQ(s_->Bin.WilsonLambda[1][2], lambda12);  // [Water][Methanol]
-  EXPECT_EQ(s_->Bin.WilsonLambda[2][1], lambda21);
-  EXPECT_EQ(s_->Bin.WilsonLambda[1][1], 1.0);
+  // [Water][Methanol] takes Lambda12
+  EXPECT_EQ(std::make_tuple(w[1][2], w[2][1], w[1][1]), std::make_tuple(lambda12, lambda21, 1.0));
   ASSERT_EQ(reversed.Written.size(), 2u);
-  EXPECT_EQ(reversed.Written[0].row, 1);
-  EXPECT_EQ(reversed.Written[0].col, 2);
-  EXPECT_EQ(reversed.Written[0].text, "0.331921");
+  EXPECT_EQ(std::tie(reversed.Written[0].row, reversed.Written[0].col, reversed.Written[0].text),
+            std::make_tuple(1, 2, "0.331921"));
 
   // The binary estimation program: boxes in component 1's view, exchanged when Methanol is
   // component 2.
@@ -168,9 +159,9 @@ TEST_F(LookupTest, NrtlAlphaMustMatchExactly) {
   auto grid = Grid(1, 2);
   s_->Bin.NrtlAlpha = 0.2892;
   EXPECT_EQ(ShowAndOk(LookupKind::Nrtl, grid).Found.RecordCount(), 1);
-  EXPECT_EQ(s_->Bin.NrtlTau[1][2], 0.554581);  // [CCl4][Methanol] = Tau12 of (Methanol, CCl4)
-  EXPECT_EQ(s_->Bin.NrtlTau[2][1], 2.09453);
-  EXPECT_EQ(s_->Bin.NrtlAlpha, 0.2892);
+  // [CCl4][Methanol] = Tau12 of (Methanol, CCl4)
+  EXPECT_EQ(std::tie(s_->Bin.NrtlTau[1][2], s_->Bin.NrtlTau[2][1], s_->Bin.NrtlAlpha),
+            std::make_tuple(0.554581, 2.09453, 0.2892));
   for (double alpha : {std::nextafter(0.2892, 1.0), std::nextafter(0.2892, 0.0), 0.4}) {
     s_->Bin.NrtlAlpha = alpha;
     EXPECT_EQ(ShowPairLookup(*db_, *s_, LookupKind::Nrtl, grid).Found.RecordCount(), 0) << alpha;
@@ -182,8 +173,8 @@ TEST_F(LookupTest, KijFillsBothCellsAndUnknownNamesWalkOff) {
   auto grid = Grid(1, 2);
   // SRK and PR, in Index order; the second chosen.
   EXPECT_EQ(ShowAndOk(LookupKind::Kij, grid, 2).Found.RecordCount(), 2);
-  EXPECT_EQ(s_->Bin.KijMatrix[1][2], -0.0778);
-  EXPECT_EQ(s_->Bin.KijMatrix[2][1], -0.0778);
+  EXPECT_EQ(std::tie(s_->Bin.KijMatrix[1][2], s_->Bin.KijMatrix[2][1]),
+            std::make_tuple(-0.0778, -0.0778));
 
   // The database matches names without regard to case; the component list does not, so the
   // look-up walks off the list: an error message, nothing copied.

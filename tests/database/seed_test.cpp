@@ -62,11 +62,11 @@ TEST(SeedBuild, EveryTableWithItsColumnsInOrder) {
       "SELECT [AN], [BN], [Index] FROM [AntoineConstant] WHERE [Name] = ? AND [Index] = 0",
       {std::string("Methanol")});
   ASSERT_EQ(m.RecordCount(), 1);
-  ExpectRow(m, 0, {{"AN", 8.07787}, {"BN", 1580.08}, {"Index", 0}});
+  ExpectRow(m, 0, {"AN", "BN", "Index"}, {8.07787, 1580.08, 0});
   auto co2 = db->Query("SELECT [Tb] FROM [CriticalConstant] WHERE [Name] = ?",
                        {std::string("Carbon dioxide")});
   ASSERT_EQ(co2.RecordCount(), 1);
-  ExpectRow(co2, 0, {{"Tb", Value{}}});
+  ExpectRow(co2, 0, {"Tb"}, {Value{}});
   // Text compares as Jet compares it: without regard to case.
   EXPECT_EQ(
       db->Query("SELECT * FROM [CriticalConstant] WHERE [Name] = ?", {std::string("METHANOL")})

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <thread>
+#include <tuple>
 
 #include "database/lookups.h"
 #include "database/writers.h"
@@ -48,41 +49,27 @@ class WriterTest : public SeededDbTest {
 
 TEST_F(WriterTest, FirstEntryTakesIndexZeroWithItsAntoineRows) {
   auto f = LoadParameterSave(*db_, *s_, NewWilsonCase());
-  EXPECT_EQ(f.Title, "Save Wilson Parameter");
-  EXPECT_TRUE(f.AntoineKnown[1]);  // the same three constants as Argon's second set
-  EXPECT_EQ(f.AntoineIndexShown[1], "1");
-  EXPECT_EQ(f.AntoineLastIndex[1], 1);
-  EXPECT_FALSE(f.AntoineKnown[2]);
-  EXPECT_EQ(f.Formula[1], "Ar");
-  EXPECT_EQ(f.ParameterLastIndex, -1);
-  EXPECT_FALSE(f.ParameterDuplicate);
-  EXPECT_EQ(f.ModeLabel, "新規登録");
-  EXPECT_EQ(f.IndexLabel, "Data Index= 0");
+  EXPECT_EQ(std::tie(f.Title, f.Formula[1], f.ModeLabel, f.IndexLabel),
+            std::make_tuple("Save Wilson Parameter", "Ar", "新規登録", "Data Index= 0"));
+  // Argon's constants are the same three as its second set; Bromine has none; no pair yet.
+  EXPECT_EQ(std::tie(f.AntoineKnown[1], f.AntoineIndexShown[1], f.AntoineLastIndex[1],
+                     f.AntoineKnown[2], f.ParameterLastIndex, f.ParameterDuplicate),
+            std::make_tuple(true, "1", 1, false, -1, false));
 
   const int antoineBefore = Count("AntoineConstant");
   auto r = Save(f, "first");
-  ASSERT_EQ(r.outcome, SaveOutcome::Saved);
-  EXPECT_EQ(r.parameterIndex, 0);
-  EXPECT_EQ(r.antoineRowsAdded, 1);
+  EXPECT_EQ(std::tie(r.outcome, r.parameterIndex, r.antoineRowsAdded),
+            std::make_tuple(SaveOutcome::Saved, 0, 1));
   EXPECT_EQ(Count("AntoineConstant"), antoineBefore + 1);
   auto rows = PairRows();
   ASSERT_EQ(rows.RecordCount(), 1);
   ExpectRow(rows, 0,
-            {{"Index", 0},
-             {"Name1", "Argon"},
-             {"Formula2", "Br2"},
-             {"Lambda12", 0.25},
-             {"temp", 40.0},
-             {"press", Value{}},
-             {"Memo", "first"},
-             {"Date_Create", Today()}});
+            {"Index", "Name1", "Formula2", "Lambda12", "temp", "press", "Memo", "Date_Create"},
+            {0, "Argon", "Br2", 0.25, 40.0, Value{}, "first", Today()});
 
   auto br = db_->Query("SELECT * FROM [AntoineConstant] WHERE [Name] = 'Bromine' ORDER BY [Index]");
-  ExpectRow(br, br.RecordCount() - 1,
-            {{"Index", f.AntoineLastIndex[2] + 1},
-             {"Equation Type", 1},
-             {"BN", 1200.5},
-             {"Memo", Value{}}});
+  ExpectRow(br, br.RecordCount() - 1, {"Index", "Equation Type", "BN", "Memo"},
+            {f.AntoineLastIndex[2] + 1, 1, 1200.5, Value{}});
 
   const std::vector<std::string> expected = {"'Bromine' のAntoine定数が未登録です。",
                                              "'Bromine' のAntoine定数を登録しました。",
@@ -116,9 +103,8 @@ TEST_F(WriterTest, ADuplicateIsThePairWithTheSameValuesExactly) {
   EXPECT_EQ(f.ParameterLastIndex, 0);
   EXPECT_EQ(f.IndexLabel, "Data Index= 1");
   r = Save(f, "second");
-  EXPECT_EQ(r.outcome, SaveOutcome::Saved);
-  EXPECT_EQ(r.parameterIndex, 1);
-  EXPECT_EQ(r.antoineRowsAdded, 0);
+  EXPECT_EQ(std::tie(r.outcome, r.parameterIndex, r.antoineRowsAdded),
+            std::make_tuple(SaveOutcome::Saved, 1, 0));
   // Exact comparison: the next double is another value.
   f = LoadParameterSave(*db_, *s_, NewWilsonCase(std::nextafter(0.25, 1.0), 0.75));
   EXPECT_FALSE(f.ParameterDuplicate);
@@ -166,7 +152,7 @@ TEST_F(WriterTest, NrtlStoresAlphaAndPressure) {
   EXPECT_EQ(dialogs_.messages.back(), "'Argon - Bromine' のN.R.T.L定数を保存しました。");
   auto rows = PairRows("NRTL Parameter");
   ASSERT_EQ(rows.RecordCount(), 1);
-  ExpectRow(rows, 0, {{"Alpha", 0.3}, {"Tau21", -0.125}, {"temp", Value{}}, {"press", 500.0}});
+  ExpectRow(rows, 0, {"Alpha", "Tau21", "temp", "press"}, {0.3, -0.125, Value{}, 500.0});
 
   // The look-up finds it with that alpha, and the duplicate test sees it.
   s_->Bin.NrtlAlpha = 0.3;
@@ -179,8 +165,7 @@ TEST_F(WriterTest, ChecksStopTheSaveWithItsMessages) {
   auto c = NewWilsonCase();
   c.ComponentName[2] = "Unobtainium";  // neither critical constants nor Antoine rows
   auto f = LoadParameterSave(*db_, *s_, c);
-  EXPECT_EQ(f.Formula[2], "");
-  EXPECT_EQ(f.AntoineLastIndex[2], -1);
+  EXPECT_EQ(std::tie(f.Formula[2], f.AntoineLastIndex[2]), std::make_tuple("", -1));
   // No (the question's default) ends the save.
   dialogs_.preparedAnswers = {Answer::No};
   EXPECT_EQ(Save(f, "m").outcome, SaveOutcome::Stopped);
@@ -218,12 +203,10 @@ TEST_F(WriterTest, TheEstimationCaseIsWhatASaveStores) {
   s_->VLE.WilsonLambda12 = 0.5;
   s_->VLE.WilsonLambda21 = 2;
   auto c = ParameterSaveCaseFrom(s_->VLE);
-  EXPECT_EQ(c.ComponentName[2], "Bromine");
-  EXPECT_EQ(c.AntoineA[2], 6.8778);
+  EXPECT_EQ(std::tie(c.ComponentName[2], c.AntoineA[2], c.TPType, c.VLEPressure, c.WilsonLambda12,
+                     c.WilsonLambda21),
+            std::make_tuple("Bromine", 6.8778, 1, 700.0, 0.5, 2.0));
   EXPECT_TRUE(IsWilsonCalc(c.CalcType));
-  EXPECT_EQ(c.TPType, 1);
-  EXPECT_EQ(c.VLEPressure, 700.0);
-  EXPECT_EQ(c.WilsonLambda21, 2.0);
   EXPECT_FALSE(IsWilsonCalc(4));
 }
 
@@ -233,18 +216,11 @@ TEST_F(WriterTest, CriticalConstantIsNumberedByTheDatabase) {
       "Test alcohol",
       {"1-2-3", "0", "144.25", "", "", "600.5", "25", "", "", "0.6", "", "entered"}};
   auto r = SaveCriticalConstant(*db_, *s_, e);
-  ASSERT_TRUE(r.saved);
-  EXPECT_EQ(r.No, 431);
-  EXPECT_EQ(r.Formula, "C9H20O");
+  EXPECT_EQ(std::tie(r.saved, r.No, r.Formula), std::make_tuple(true, 431, "C9H20O"));
   auto rs = db_->Query("SELECT * FROM [CriticalConstant] WHERE [Name] = 'Test alcohol'");
   ASSERT_EQ(rs.RecordCount(), 1);
-  ExpectRow(rs, 0,
-            {{"Name-1", "1-2-3"},
-             {"MW", 144.25},
-             {"Tm", Value{}},
-             {"Tc", 600.5},
-             {"No", 431},
-             {"Date_Create", Today()}});
+  ExpectRow(rs, 0, {"Name-1", "MW", "Tm", "Tc", "No", "Date_Create"},
+            {"1-2-3", 144.25, Value{}, 600.5, 431, Today()});
   e.Name = "Second";
   EXPECT_EQ(SaveCriticalConstant(*db_, *s_, e).No, 432);
 
@@ -270,9 +246,8 @@ TEST_F(WriterTest, ReadOnlyFileReportsTheDatabasesErrorAndChangesNothing) {
   auto f = LoadParameterSave(*db_, *s_, NewWilsonCase());
   ASSERT_FALSE(f.LoadFailed);
   auto r = Save(f, "m");
-  EXPECT_EQ(r.outcome, SaveOutcome::Failed);
-  EXPECT_EQ(r.antoineRowsAdded, 0);
-  EXPECT_FALSE(r.parameterRowAdded);
+  EXPECT_EQ(std::tie(r.outcome, r.antoineRowsAdded, r.parameterRowAdded),
+            std::make_tuple(SaveOutcome::Failed, 0, false));
   const std::string& msg = dialogs_.messages.back();
   EXPECT_EQ(msg.rfind("Save Wilson Parameter ERROR:\n", 0), 0u) << msg;
   EXPECT_NE(msg.find("readonly"), std::string::npos) << msg;
@@ -328,14 +303,14 @@ TEST_F(WriterTest, AntoineSaveNumbersAfterTheLastAndRefusesTheSameConstants) {
   c.TempLow = -200;
   c.TempHigh = -150;
   auto r = SaveAntoineConstants(*db_, *s_, c);
-  EXPECT_EQ(r.outcome, SaveOutcome::Saved);
-  EXPECT_EQ(r.Index, 2);  // Argon stands with Index 0 and 1
+  // Argon stands with Index 0 and 1
+  EXPECT_EQ(std::tie(r.outcome, r.Index), std::make_tuple(SaveOutcome::Saved, 2));
   ASSERT_FALSE(dialogs_.messages.empty());
   EXPECT_EQ(dialogs_.messages.back(), "'Argon' のAntoine定数を保存しました。");
   auto rows = db_->Query("SELECT * FROM [AntoineConstant] WHERE [Name] = 'Argon' AND [Index] = 2");
   ASSERT_EQ(rows.RecordCount(), 1);
   EXPECT_EQ(AsNumber(rows.Field(0, "Equation Type")), 1.0);
-  ExpectRow(rows, 0, {{"TL", -200.0}, {"TU", -150.0}, {"Memo", Value{}}});
+  ExpectRow(rows, 0, {"TL", "TU", "Memo"}, {-200.0, -150.0, Value{}});
 
   // The same three constants again: the notice, nothing written.
   EXPECT_EQ(SaveAntoineConstants(*db_, *s_, c).outcome, SaveOutcome::Duplicate);
@@ -358,8 +333,7 @@ TEST_F(WriterTest, AntoineSaveNumbersAfterTheLastAndRefusesTheSameConstants) {
     return std::string("Tv2");
   });
   EXPECT_TRUE(opened);
-  EXPECT_EQ(r.outcome, SaveOutcome::Saved);
-  EXPECT_EQ(r.Index, 0);
+  EXPECT_EQ(std::tie(r.outcome, r.Index), std::make_tuple(SaveOutcome::Saved, 0));
   rows = db_->Query("SELECT * FROM [AntoineConstant] WHERE [Name] = 'Tervalium'");
   ASSERT_EQ(rows.RecordCount(), 1);
   EXPECT_EQ(AsText(rows.Field(0, "Formula")), "Tv2");

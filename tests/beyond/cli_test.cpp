@@ -1,9 +1,8 @@
 // The additions to the binary commands of tervale-cli, run as a user runs them.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -11,81 +10,60 @@
 #include <string>
 #include <vector>
 
+#include "common/cli_runner.h"
 #include "io/field_reader.h"
-
-// GCC 12 reports a false -Wrestrict overlap in inlined string concatenation.
-#if defined(__GNUC__) && !defined(__clang__) && __GNUC__ == 12
-#pragma GCC diagnostic ignored "-Wrestrict"
-#endif
 
 namespace {
 
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
+using Rows = std::vector<std::vector<std::string>>;
+using tervale::testcli::RunCli;
 
-struct CliRun {
-  int status = -1;
-  std::string out;
-};
-
-CliRun RunCli(const fs::path& cli, const std::string& args) {
-  CliRun r;
-  std::string command = "'" + cli.string() + "' " + args + " 2>/dev/null";
-  FILE* p = popen(command.c_str(), "r");
-  if (!p) return r;
-  char buf[4096];
-  size_t n;
-  while ((n = fread(buf, 1, sizeof buf, p)) > 0) r.out.append(buf, n);
-  int st = pclose(p);
-  r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-  return r;
-}
-
-// RFC 4180: fields separated by commas, quoted fields with doubled quotes, CRLF line ends.
-std::vector<std::vector<std::string>> ParseCsv(const std::string& text, bool& wellFormed) {
-  std::vector<std::vector<std::string>> rows;
-  std::vector<std::string> row;
-  std::string field;
+// RFC 4180: fields separated by commas, quoted fields with doubled quotes, every line ended by
+// CRLF. `wellFormed` is false on a bare CR or LF or an unended last line.
+Rows ParseCsv(const std::string& text, bool& wellFormed) {
+  Rows rows(1, std::vector<std::string>(1));
   bool quoted = false;
   wellFormed = true;
   for (size_t i = 0; i < text.size(); ++i) {
     const char c = text[i];
-    if (quoted) {
-      if (c == '"' && i + 1 < text.size() && text[i + 1] == '"') {
-        field += '"';
-        ++i;
-      } else if (c == '"') {
-        quoted = false;
-      } else {
-        field += c;
-      }
+    std::string& field = rows.back().back();
+    if (quoted && c == '"' && text.compare(i, 2, "\"\"") == 0) {
+      field += text[i++];
     } else if (c == '"') {
-      quoted = true;
-    } else if (c == ',') {
-      row.push_back(field);
-      field.clear();
-    } else if (c == '\r') {
-      if (i + 1 >= text.size() || text[i + 1] != '\n') wellFormed = false;
-      row.push_back(field);
-      field.clear();
-      rows.push_back(row);
-      row.clear();
-      ++i;
-    } else if (c == '\n') {
-      wellFormed = false;  // a bare line feed
-    } else {
+      quoted = !quoted;
+    } else if (quoted || (c != ',' && c != '\r' && c != '\n')) {
       field += c;
+    } else if (c == ',') {
+      rows.back().emplace_back();
+    } else if (text.compare(i++, 2, "\r\n") == 0) {
+      rows.emplace_back(1);
+    } else {
+      wellFormed = false;
     }
   }
-  if (!field.empty() || !row.empty()) wellFormed = false;  // the last line must end too
+  if (rows.back() != std::vector<std::string>(1) || quoted) wellFormed = false;
+  rows.pop_back();
   return rows;
+}
+
+std::string ReadAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+// A cell of a CSV body as a number, the same as the JSON's.
+void ExpectSameNumber(const std::string& cell, double expected) {
+  double v = 0;
+  ASSERT_TRUE(tervale::io::ParseNumber(cell, v)) << cell;
+  EXPECT_EQ(v, expected);
 }
 
 class BeyondCli : public ::testing::Test {
  protected:
   void SetUp() override {
-    cli_ = fs::path(TERVALE_BIN_DIR) / "tervale-cli";
-    if (!fs::exists(cli_)) GTEST_SKIP() << "tervale-cli is not built";
+    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli is not built";
     dir_ = fs::temp_directory_path() / ("tervale_beyond_cli_" + std::to_string(::getpid()));
     fs::create_directories(dir_);
   }
@@ -93,16 +71,39 @@ class BeyondCli : public ::testing::Test {
     if (!dir_.empty()) fs::remove_all(dir_);
   }
   std::string P(const std::string& name) { return (dir_ / name).string(); }
+  void Example(const std::string& which, const std::string& file) {
+    ASSERT_EQ(RunCli("example " + which + " -o " + P(file)).status, 0) << which;
+  }
   Json RunJson(const std::string& args) {
-    CliRun r = RunCli(cli_, args + " --json");
+    auto r = RunCli(args + " --json");
     EXPECT_EQ(r.status, 0) << args;
     return Json::parse(r.out);
   }
-  fs::path cli_, dir_;
+  // The CSV answer of a command: a byte-order mark, then well-formed rows.
+  Rows RunCsv(const std::string& args) {
+    auto r = RunCli(args + " --csv");
+    EXPECT_EQ(r.status, 0) << args;
+    EXPECT_EQ(r.out.rfind("\xEF\xBB\xBF", 0), 0u) << args;
+    bool wellFormed = false;
+    Rows rows = ParseCsv(r.out.substr(std::min<size_t>(3, r.out.size())), wellFormed);
+    EXPECT_TRUE(wellFormed) << args;
+    return rows;
+  }
+  fs::path dir_;
+};
+
+// The pairs command reads the property database built beside the programs.
+class BeyondDbCli : public BeyondCli {
+ protected:
+  void SetUp() override {
+    if (!fs::exists(fs::path(TERVALE_BIN_DIR) / "Masterd$.mde"))
+      GTEST_SKIP() << "the property database is not built";
+    BeyondCli::SetUp();
+  }
 };
 
 TEST_F(BeyondCli, ConsistencyOfTheFirstExamplePrintsBothVerdicts) {
-  ASSERT_EQ(RunCli(cli_, "example vle 1 -o " + P("v.dat")).status, 0);
+  Example("vle 1", "v.dat");
   Json j = RunJson("vle " + P("v.dat") + " --consistency");
   const Json& c = j.at("consistency");
   EXPECT_TRUE(c.at("area").at("passed").is_boolean());
@@ -118,8 +119,8 @@ TEST_F(BeyondCli, ConsistencyOfTheFirstExamplePrintsBothVerdicts) {
 }
 
 TEST_F(BeyondCli, EveryRunHoldsStatisticsAndAzeotropesAndTheCsvReadsBack) {
-  ASSERT_EQ(RunCli(cli_, "example vle 1 -o " + P("v1.dat")).status, 0);
-  ASSERT_EQ(RunCli(cli_, "example vle 2 -o " + P("v2.dat")).status, 0);
+  Example("vle 1", "v1.dat");
+  Example("vle 2", "v2.dat");
   Json j1 = RunJson("vle " + P("v1.dat"));
   const Json& st = j1.at("statistics");
   ASSERT_EQ(st.at("std_errors").size(), 2u);
@@ -141,42 +142,28 @@ TEST_F(BeyondCli, EveryRunHoldsStatisticsAndAzeotropesAndTheCsvReadsBack) {
   EXPECT_TRUE(j3.at("statistics").is_null());
   EXPECT_EQ(j3.at("azeotropes"), Json::array());
 
-  // CSV of the residual table: BOM, header, CRLF and the same numbers as the JSON
-  CliRun csv = RunCli(cli_, "vle " + P("v1.dat") + " --csv");
-  ASSERT_EQ(csv.status, 0);
-  ASSERT_EQ(csv.out.rfind("\xEF\xBB\xBF", 0), 0u);
-  bool wellFormed = false;
-  auto rows = ParseCsv(csv.out.substr(3), wellFormed);
-  EXPECT_TRUE(wellFormed);
+  // CSV of the residual table: header and the same numbers as the JSON
+  Rows rows = RunCsv("vle " + P("v1.dat"));
   ASSERT_EQ(rows.size(), 13u);
   const std::vector<std::string> header = {"x",       "y_meas",  "y_calc", "dy",
                                            "tp_meas", "tp_calc", "dtp"};
   EXPECT_EQ(rows[0], header);
-  for (size_t i = 1; i < rows.size(); ++i) {
-    const Json& r = st.at("residuals")[i - 1];
-    for (size_t k = 0; k < header.size(); ++k) {
-      double v = 0;
-      ASSERT_TRUE(tervale::io::ParseNumber(rows[i][k], v)) << rows[i][k];
-      EXPECT_EQ(v, r.at(header[k]).get<double>()) << header[k];
-    }
-  }
+  for (size_t i = 1; i < rows.size(); ++i)
+    for (size_t k = 0; k < header.size(); ++k)
+      ExpectSameNumber(rows[i][k], st.at("residuals")[i - 1].at(header[k]).get<double>());
   // without a fit the curve is the table
-  CliRun curve = RunCli(cli_, "vle " + P("v1.dat") + " --calc-type 3 --csv");
-  rows = ParseCsv(curve.out.substr(3), wellFormed);
-  EXPECT_TRUE(wellFormed);
+  rows = RunCsv("vle " + P("v1.dat") + " --calc-type 3");
   EXPECT_EQ(rows.size(), 202u);
   EXPECT_EQ(rows[0][0], "x1");
   // the consistency table too
-  CliRun cons = RunCli(cli_, "vle " + P("v1.dat") + " --consistency --csv");
-  rows = ParseCsv(cons.out.substr(3), wellFormed);
-  EXPECT_TRUE(wellFormed);
+  rows = RunCsv("vle " + P("v1.dat") + " --consistency");
   ASSERT_EQ(rows.size(), 13u);
   EXPECT_EQ(rows[0], (std::vector<std::string>{"x", "y_meas", "y_calc", "dy"}));
 }
 
 TEST_F(BeyondCli, TheUnifacDiagramReportsItsAzeotropes) {
-  ASSERT_EQ(RunCli(cli_, "example unifac 1 -o " + P("u1.json")).status, 0);
-  ASSERT_EQ(RunCli(cli_, "example unifac 2 -o " + P("u2.json")).status, 0);
+  Example("unifac 1", "u1.json");
+  Example("unifac 2", "u2.json");
   EXPECT_EQ(RunJson("unifac " + P("u1.json")).at("azeotropes"), Json::array());
   Json j = RunJson("unifac " + P("u2.json"));  // benzene-methanol
   ASSERT_EQ(j.at("azeotropes").size(), 1u);
@@ -185,40 +172,28 @@ TEST_F(BeyondCli, TheUnifacDiagramReportsItsAzeotropes) {
   EXPECT_NEAR(j.at("azeotropes")[0].at("tp").get<double>(), j.at("t_min").get<double>(), 0.01);
 }
 
-}  // namespace
-
-namespace {
-
-std::string ReadAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-TEST_F(BeyondCli, PairsListsAndFillsTheMissingPairsOfAColumnCase) {
-  if (!fs::exists(fs::path(TERVALE_BIN_DIR) / "Masterd$.mde"))
-    GTEST_SKIP() << "the property database is not built";
-  ASSERT_EQ(RunCli(cli_, "example column 1 -o " + P("c.dat")).status, 0);
+TEST_F(BeyondDbCli, PairsListsAndFillsTheMissingPairsOfColumnFlashAndBatchCases) {
+  Example("column 1", "c.dat");
   const std::string original = ReadAll(P("c.dat"));
   // "Distillation Data" belongs to two programs: the command asks which
-  EXPECT_EQ(RunCli(cli_, "pairs " + P("c.dat")).status, 2);
-  EXPECT_NE(RunCli(cli_, "pairs " + P("c.dat") + " --program nonsense").status, 0);
+  EXPECT_EQ(RunCli("pairs " + P("c.dat")).status, 2);
+  EXPECT_NE(RunCli("pairs " + P("c.dat") + " --program nonsense").status, 0);
 
   Json j = RunJson("pairs " + P("c.dat") + " --program column");
   EXPECT_EQ(j.at("method"), "wilson");
   ASSERT_EQ(j.at("pairs").size(), 3u);
-  const Json& first = j.at("pairs")[0];
-  EXPECT_EQ(first.at("i"), 1);
-  EXPECT_EQ(first.at("j"), 2);
-  EXPECT_EQ(first.at("name1"), "Methanol");
-  EXPECT_EQ(first.at("name2"), "Ethanol");
-  EXPECT_EQ(first.at("stored"), true);
-  EXPECT_EQ(first.at("index"), 0);
-  EXPECT_EQ(first.at("filled"), false);
+  EXPECT_EQ(j.at("pairs")[0], (Json{{"i", 1},
+                                    {"j", 2},
+                                    {"name1", "Methanol"},
+                                    {"name2", "Ethanol"},
+                                    {"stored", true},
+                                    {"index", 0},
+                                    {"filled", false}}));
   EXPECT_EQ(j.at("pairs")[2].at("stored"), false);
   EXPECT_TRUE(j.at("pairs")[2].at("index").is_null());
 
   // filling needs an output file, and never touches the input
-  EXPECT_EQ(RunCli(cli_, "pairs " + P("c.dat") + " --program column --fill-from-db").status, 2);
+  EXPECT_EQ(RunCli("pairs " + P("c.dat") + " --program column --fill-from-db").status, 2);
   Json f = RunJson("pairs " + P("c.dat") + " --program column --fill-from-db -o " + P("c2.dat"));
   EXPECT_EQ(f.at("pairs")[0].at("filled"), true);
   EXPECT_EQ(f.at("output"), P("c2.dat"));
@@ -230,64 +205,49 @@ TEST_F(BeyondCli, PairsListsAndFillsTheMissingPairsOfAColumnCase) {
   Json after = RunJson("pairs " + P("c2.dat") + " --program column");
   ASSERT_EQ(after.at("pairs").size(), 2u);
   EXPECT_EQ(after.at("pairs")[0].at("name2"), "1-Propanol");
-
   // CSV of the list
-  CliRun csv = RunCli(cli_, "pairs " + P("c.dat") + " --program column --csv");
-  bool wellFormed = false;
-  auto rows = ParseCsv(csv.out.substr(3), wellFormed);
-  EXPECT_TRUE(wellFormed);
+  Rows rows = RunCsv("pairs " + P("c.dat") + " --program column");
   ASSERT_EQ(rows.size(), 4u);
   EXPECT_EQ(rows[1][2], "Methanol");
-}
 
-}  // namespace
-
-namespace {
-
-TEST_F(BeyondCli, PairsReadsAndWritesFlashAndBatchCasesToo) {
-  if (!fs::exists(fs::path(TERVALE_BIN_DIR) / "Masterd$.mde"))
-    GTEST_SKIP() << "the property database is not built";
-  ASSERT_EQ(RunCli(cli_, "example flash 1 -o " + P("f.dat")).status, 0);
-  // a flash case is not a column case: the column reader refuses it
-  EXPECT_EQ(RunCli(cli_, "pairs " + P("f.dat") + " --program column").status, 2);
-  Json f = RunJson("pairs " + P("f.dat") + " --program flash --fill-from-db -o " + P("f2.dat"));
+  // A flash case is not a column case: the column reader refuses it.
+  Example("flash 1", "f.dat");
+  EXPECT_EQ(RunCli("pairs " + P("f.dat") + " --program column").status, 2);
+  f = RunJson("pairs " + P("f.dat") + " --program flash --fill-from-db -o " + P("f2.dat"));
   EXPECT_EQ(f.at("program"), "flash");
   ASSERT_EQ(f.at("pairs").size(), 3u);
   EXPECT_EQ(f.at("pairs")[0].at("filled"), true);
   EXPECT_EQ(RunJson("pairs " + P("f2.dat") + " --program flash").at("pairs").size(), 2u);
-
-  ASSERT_EQ(RunCli(cli_, "example batch 1 -o " + P("b.dat")).status, 0);
-  Json b = RunJson("pairs " + P("b.dat") + " --fill-from-db -o " + P("b2.dat"));  // own magic
+  // A batch case has a magic string of its own.
+  Example("batch 1", "b.dat");
+  Json b = RunJson("pairs " + P("b.dat") + " --fill-from-db -o " + P("b2.dat"));
   EXPECT_EQ(b.at("program"), "batch");
   ASSERT_EQ(b.at("pairs").size(), 1u);
   EXPECT_EQ(b.at("pairs")[0].at("name2"), "Ethanol");
   EXPECT_EQ(b.at("pairs")[0].at("filled"), true);
   EXPECT_TRUE(RunJson("pairs " + P("b2.dat")).at("pairs").empty());
   // not a case of these programs
-  ASSERT_EQ(RunCli(cli_, "example vle 1 -o " + P("v.dat")).status, 0);
-  EXPECT_EQ(RunCli(cli_, "pairs " + P("v.dat")).status, 2);
+  Example("vle 1", "v.dat");
+  EXPECT_EQ(RunCli("pairs " + P("v.dat")).status, 2);
 }
 
 TEST_F(BeyondCli, SecondBatchExampleIsTheFirstInJoulesWithTheLargeDutyAndFillsItsTanks) {
-  ASSERT_EQ(RunCli(cli_, "example batch -o " + P("b1.dat")).status, 0);
-  ASSERT_EQ(RunCli(cli_, "example batch 1 -o " + P("b1b.dat")).status, 0);
-  ASSERT_EQ(RunCli(cli_, "example batch 2 -o " + P("b2.dat")).status, 0);
-  EXPECT_NE(RunCli(cli_, "example batch 3 -o " + P("b3.dat")).status, 0);
+  Example("batch", "b1.dat");
+  Example("batch 1", "b1b.dat");
+  Example("batch 2", "b2.dat");
+  EXPECT_NE(RunCli("example batch 3 -o " + P("b3.dat")).status, 0);
   std::string first = ReadAll(P("b1.dat"));
   EXPECT_EQ(first, ReadAll(P("b1b.dat")));
   // the two edits of the file a user would make
-  auto replace = [&](const std::string& from, const std::string& to) {
+  for (auto [from, to] : {std::pair{"3,10,2,1,2,1,0,1,3,2,1", "3,10,2,1,2,1,0,1,3,1,1"},
+                          std::pair{"238.8886898149807", "1e+06"}}) {
     const size_t at = first.find(from);
     ASSERT_NE(at, std::string::npos) << from;
-    first.replace(at, from.size(), to);
-  };
-  replace("3,10,2,1,2,1,0,1,3,2,1", "3,10,2,1,2,1,0,1,3,1,1");
-  replace("238.8886898149807", "1e+06");
+    first.replace(at, std::string(from).size(), to);
+  }
   EXPECT_EQ(first, ReadAll(P("b2.dat")));
 
-  CliRun r = RunCli(cli_, "batch " + P("b2.dat") + " --data-dir " + P("out") + " --json");
-  ASSERT_EQ(r.status, 0);
-  Json j = Json::parse(r.out);
+  Json j = RunJson("batch " + P("b2.dat") + " --data-dir " + P("out"));
   EXPECT_EQ(j.at("end"), "tanks-exhausted");
   EXPECT_GT(j.at("steps").at("product").get<long long>(), 0);
   ASSERT_EQ(j.at("tanks").size(), 2u);
@@ -298,46 +258,26 @@ TEST_F(BeyondCli, SecondBatchExampleIsTheFirstInJoulesWithTheLargeDutyAndFillsIt
   }
 }
 
-}  // namespace
-
-namespace {
-
-// Every cell of a CSV body as a number, compared with the JSON's.
-void ExpectSameNumber(const std::string& cell, double expected) {
-  double v = 0;
-  ASSERT_TRUE(tervale::io::ParseNumber(cell, v)) << cell;
-  EXPECT_EQ(v, expected);
-}
-
 TEST_F(BeyondCli, CsvOfTheFlashAntoineAndBatchTablesReadsBackToTheSameNumbers) {
-  ASSERT_EQ(RunCli(cli_, "example flash 1 -o " + P("f.dat")).status, 0);
+  Example("flash 1", "f.dat");
   Json j = RunJson("flash " + P("f.dat") + " --calc flash");
-  CliRun csv = RunCli(cli_, "flash " + P("f.dat") + " --calc flash --csv");
-  ASSERT_EQ(csv.status, 0);
-  ASSERT_EQ(csv.out.rfind("\xEF\xBB\xBF", 0), 0u);
-  bool wellFormed = false;
-  auto rows = ParseCsv(csv.out.substr(3), wellFormed);
-  EXPECT_TRUE(wellFormed);
+  Rows rows = RunCsv("flash " + P("f.dat") + " --calc flash");
   ASSERT_EQ(rows.size(), j.at("components").size() + 1);
   EXPECT_EQ(rows[0], (std::vector<std::string>{"Component", "Vapour y", "Liquid x", "K", "Gamma"}));
+  const char* keys[] = {"Component", "y", "x", "k"};
   for (size_t i = 1; i < rows.size(); ++i) {
     EXPECT_EQ(rows[i][0], j.at("components")[i - 1]);
-    ExpectSameNumber(rows[i][1], j.at("y")[i - 1].get<double>());
-    ExpectSameNumber(rows[i][2], j.at("x")[i - 1].get<double>());
-    ExpectSameNumber(rows[i][3], j.at("k")[i - 1].get<double>());
+    for (size_t k = 1; k <= 3; ++k) ExpectSameNumber(rows[i][k], j.at(keys[k])[i - 1]);
   }
 
-  ASSERT_EQ(RunCli(cli_, "example antoine -o " + P("a.json")).status, 0);
+  Example("antoine", "a.json");
   Json a = RunJson("antoine " + P("a.json"));
-  CliRun acsv = RunCli(cli_, "antoine " + P("a.json") + " --csv");
-  rows = ParseCsv(acsv.out.substr(3), wellFormed);
-  EXPECT_TRUE(wellFormed);
+  rows = RunCsv("antoine " + P("a.json"));
   ASSERT_EQ(rows.size(), a.at("rows").size() + 1);
-  for (size_t i = 1; i < rows.size(); ++i) {
-    ExpectSameNumber(rows[i][2], a.at("rows")[i - 1].at("A").get<double>());
-    ExpectSameNumber(rows[i][3], a.at("rows")[i - 1].at("B").get<double>());
-    ExpectSameNumber(rows[i][4], a.at("rows")[i - 1].at("C").get<double>());
-  }
+  const char* constants[] = {"", "", "A", "B", "C"};
+  for (size_t i = 1; i < rows.size(); ++i)
+    for (size_t k = 2; k <= 4; ++k)
+      ExpectSameNumber(rows[i][k], a.at("rows")[i - 1].at(constants[k]));
 }
 
 }  // namespace

@@ -25,43 +25,38 @@ class CliTest : public SeededDbTest {
     option.append(file_.string()).append("'");
     return option;
   }
+  // A command on the test's database that must succeed, its JSON answer.
+  nlohmann::json Json(const std::string& args) {
+    auto r = RunCli("--json db " + args + Db());
+    EXPECT_EQ(r.status, 0) << args;
+    return nlohmann::json::parse(r.out);
+  }
 };
 
 TEST_F(CliTest, SearchPairAndSaveTwice) {
-  auto search = RunCli("--json db search antoine 'Meth*'" + Db());
-  ASSERT_EQ(search.status, 0);
-  auto j = nlohmann::json::parse(search.out);
+  auto j = Json("search antoine 'Meth*'");
   EXPECT_EQ(j["table"], "AntoineConstant");
   int methanol = 0;
   for (const auto& row : j["rows"]) methanol += row["Name"] == "Methanol";
   EXPECT_EQ(methanol, 2);
 
-  auto pair = RunCli("--json db pair wilson Water Methanol" + Db());
-  ASSERT_EQ(pair.status, 0);
-  j = nlohmann::json::parse(pair.out);
+  j = Json("pair wilson Water Methanol");
   ASSERT_EQ(j["rows"].size(), 1u);
   EXPECT_EQ(j["rows"][0]["Name1"], "Methanol");
   EXPECT_EQ(j["matrix"][0][1].get<double>(), 0.331921);
   EXPECT_EQ(j["matrix"][1][0].get<double>(), 1.13829);
   EXPECT_EQ(j["matrix"][0][0].get<double>(), 1.0);
-  EXPECT_TRUE(nlohmann::json::parse(RunCli("--json db pair kij Argon Bromine" + Db()).out)["matrix"]
-                  .is_null());
+  EXPECT_TRUE(Json("pair kij Argon Bromine")["matrix"].is_null());
 
-  auto first = RunCli("--json db save-pair wilson Argon Bromine 0.5 0.25" + Db());
-  ASSERT_EQ(first.status, 0);
-  j = nlohmann::json::parse(first.out);
+  j = Json("save-pair wilson Argon Bromine 0.5 0.25");
   EXPECT_EQ(j["outcome"], "saved");
   EXPECT_EQ(j["index"], 0);
-  auto second = RunCli("--json db save-pair wilson Argon Bromine 0.5 0.25" + Db());
-  ASSERT_EQ(second.status, 0);
-  j = nlohmann::json::parse(second.out);
+  j = Json("save-pair wilson Argon Bromine 0.5 0.25");
   EXPECT_EQ(j["outcome"], "duplicate");
   EXPECT_TRUE(j["duplicate"].get<bool>());
   EXPECT_EQ(j["messages"][0], "すでに同じWilson Parameterが登録済み！！");
 
-  auto browse = RunCli("--json db browse wilson --name Argon" + Db());
-  ASSERT_EQ(browse.status, 0);
-  j = nlohmann::json::parse(browse.out);
+  j = Json("browse wilson --name Argon");
   EXPECT_EQ(j["view"], "wilson");
   ASSERT_EQ(j["rows"].size(), 1u);
   // The Index is a whole number in the file and stays one in the answer (0, not 0.0).

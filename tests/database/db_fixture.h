@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "database/property_db.h"
 #include "state/shared_state.h"
@@ -36,6 +37,15 @@ inline const fs::path& SeededDatabase() {
     return f;
   }();
   return file;
+}
+
+// Each named field of a row holds exactly the value given, its type included (an Index is an
+// integer, Null is std::monostate).
+inline void ExpectRow(const RecordSet& rs, size_t row, const std::vector<const char*>& columns,
+                      const std::vector<Value>& values) {
+  ASSERT_EQ(columns.size(), values.size());
+  for (size_t k = 0; k < columns.size(); ++k)
+    EXPECT_EQ(rs.Field(row, columns[k]), values[k]) << columns[k];
 }
 
 class SeededDbTest : public ::testing::Test {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <tuple>
 
 #include "database/csv_reader.h"
 #include "database/lookups.h"
@@ -49,29 +50,23 @@ TEST(SeedBuild, EveryTableWithItsColumnsInOrder) {
     EXPECT_EQ(std::get<std::int64_t>(rs.rows[0][0]), n) << table;
   }
   // The parameter columns stand fifth and sixth, counted from 0.
-  auto w = db->Query("SELECT * FROM [Wilson Parameter] LIMIT 1");
-  EXPECT_EQ(w.columns[5], "Lambda12");
-  EXPECT_EQ(w.columns[6], "Lambda21");
-  auto n = db->Query("SELECT * FROM [NRTL Parameter] LIMIT 1");
-  EXPECT_EQ(n.columns[5], "Tau12");
-  EXPECT_EQ(n.columns[6], "Tau21");
-  auto c = db->Query("SELECT * FROM [CriticalConstant] LIMIT 1");
-  EXPECT_EQ(c.columns[2], "Name-1");
-  EXPECT_EQ(db->Query("SELECT * FROM [AntoineConstant] LIMIT 1").columns[3], "Equation Type");
+  const std::tuple<const char*, size_t, const char*> columns[] = {
+      {"Wilson Parameter", 5, "Lambda12"}, {"Wilson Parameter", 6, "Lambda21"},
+      {"NRTL Parameter", 5, "Tau12"},      {"NRTL Parameter", 6, "Tau21"},
+      {"CriticalConstant", 2, "Name-1"},   {"AntoineConstant", 3, "Equation Type"}};
+  for (auto [table, at, name] : columns)
+    EXPECT_EQ(db->Query(std::string("SELECT * FROM [") + table + "] LIMIT 1").columns[at], name);
 
   // Numbers read back exactly as written in the seed; Null stays Null; integers stay integers.
   auto m = db->Query(
-      "SELECT [AN], [BN], [CN], [Index], [Memo] FROM [AntoineConstant] WHERE [Name] = ? AND "
-      "[Index] = 0",
+      "SELECT [AN], [BN], [Index] FROM [AntoineConstant] WHERE [Name] = ? AND [Index] = 0",
       {std::string("Methanol")});
   ASSERT_EQ(m.RecordCount(), 1);
-  EXPECT_EQ(std::get<double>(m.rows[0][0]), 8.07787);
-  EXPECT_EQ(std::get<double>(m.rows[0][1]), 1580.08);
-  EXPECT_EQ(std::get<std::int64_t>(m.rows[0][3]), 0);
+  ExpectRow(m, 0, {"AN", "BN", "Index"}, {8.07787, 1580.08, 0});
   auto co2 = db->Query("SELECT [Tb] FROM [CriticalConstant] WHERE [Name] = ?",
                        {std::string("Carbon dioxide")});
   ASSERT_EQ(co2.RecordCount(), 1);
-  EXPECT_TRUE(IsNull(co2.rows[0][0]));
+  ExpectRow(co2, 0, {"Tb"}, {Value{}});
   // Text compares as Jet compares it: without regard to case.
   EXPECT_EQ(
       db->Query("SELECT * FROM [CriticalConstant] WHERE [Name] = ?", {std::string("METHANOL")})
@@ -110,38 +105,31 @@ TEST(SeedBuild, ABadSeedLeavesTheOldFile) {
   fs::remove_all(dir);
 }
 
-TEST(DatabaseFile, MdbWinsOverMde) {
-  fs::path dir = MakeScratchFolder();
+class DatabaseFile : public SeededDbTest {};
+
+TEST_F(DatabaseFile, MdbWinsOverMde) {
+  const fs::path dir = dir_ / "programs";
+  fs::create_directory(dir);
   EXPECT_EQ(ResolveDatabaseFile(dir), dir / "Masterd$.mde");  // neither exists: the .mde name
   std::ofstream(dir / "Masterd$.mde") << "x";
   EXPECT_EQ(ResolveDatabaseFile(dir), dir / "Masterd$.mde");
   std::ofstream(dir / "Masterd$.mdb") << "x";
   EXPECT_EQ(ResolveDatabaseFile(dir), dir / "Masterd$.mdb");
-  fs::remove_all(dir);
 }
 
-TEST(DatabaseFile, MissingOrUnreadableFileIsNamedAndTheProgramGoesOn) {
-  fs::path dir = MakeScratchFolder();
-  auto s = MakeSharedCalcState();
-  RecordingDialogs dialogs;
-  s->Dialogs = &dialogs;
-  s->LanguageFlag = 1;
-  s->DatabaseFile = (dir / "Masterd$.mde").string();
-  EXPECT_EQ(OpenPropertyDatabase(*s), nullptr);
-  ASSERT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_NE(dialogs.messages[0].find(s->DatabaseFile), std::string::npos);
-  EXPECT_FALSE(fs::exists(dir / "Masterd$.mde"));  // never created by a look-up
-
-  std::ofstream(dir / "Masterd$.mde") << "this is no database, only some text that is long enough";
-  EXPECT_EQ(OpenPropertyDatabase(*s), nullptr);
-  ASSERT_EQ(dialogs.messages.size(), 2u);
-  EXPECT_NE(dialogs.messages[1].find(s->DatabaseFile), std::string::npos);
-
-  fs::create_directory(dir / "folder.mde");
-  s->DatabaseFile = (dir / "folder.mde").string();
-  EXPECT_EQ(OpenPropertyDatabase(*s), nullptr);
-  EXPECT_NE(dialogs.messages.back().find("folder.mde"), std::string::npos);
-  fs::remove_all(dir);
+TEST_F(DatabaseFile, MissingUnreadableOrAFolderIsNamedAndTheProgramGoesOn) {
+  const fs::path missing = dir_ / "none.mde", text = dir_ / "text.mde", folder = dir_ / "f.mde";
+  std::ofstream(text) << "this is no database, only some text that is long enough";
+  fs::create_directory(folder);
+  for (const fs::path& p : {missing, text, folder}) {
+    SCOPED_TRACE(p.string());
+    s_->DatabaseFile = p.string();
+    dialogs_.messages.clear();
+    EXPECT_EQ(OpenPropertyDatabase(*s_), nullptr);
+    ASSERT_EQ(dialogs_.messages.size(), 1u);
+    EXPECT_NE(dialogs_.messages[0].find(p.string()), std::string::npos);
+  }
+  EXPECT_FALSE(fs::exists(missing));  // never created by a look-up
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <functional>
 #include <limits>
 
@@ -65,7 +66,7 @@ TEST_F(BatchCaseTest, ExampleFileLayoutAndRoundTrip) {
   s.Batch.ReservedLong = 7;
   auto path = dir / "case.dat";
   WriteBatchCase(s, path);
-  auto lines = Lines(ReadText(path));
+  auto lines = Lines(ReadBytes(path));
   ASSERT_GT(lines.size(), 40u);
   EXPECT_EQ(lines[0], "\"Batch Distillastion Data\"");
   EXPECT_EQ(lines[11], "3,10,2,1,2,1,7,1,3,2,1");
@@ -81,7 +82,7 @@ TEST_F(BatchCaseTest, ExampleFileLayoutAndRoundTrip) {
   EXPECT_EQ(lines.back(), "0.85");
 
   Prepared q;
-  Prepare(q, dir);
+  Prepare(q, dir.path());
   ResetBatchCase(q.s());
   ASSERT_TRUE(ReadBatchCase(q.s(), path));
   EXPECT_EQ(FormatBatchCase(q.s()), FormatBatchCase(s));

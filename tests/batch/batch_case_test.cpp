@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <functional>
 #include <limits>
 
@@ -96,20 +95,20 @@ TEST_F(BatchCaseTest, BadFilesLeaveTheStateAsItWas) {
   LoadBatchExample(s);
   const std::string before = FormatBatchCase(s);
   {
-    std::ofstream(dir / "wrong.dat") << "\"Distillation Data\"\r\n";
+    WriteBytes(dir / "wrong.dat", "\"Distillation Data\"\r\n");
     EXPECT_FALSE(ReadBatchCase(s, dir / "wrong.dat"));
     EXPECT_EQ(p.dialogs.messages.back(), "not Batch Distillation Data");
   }
   {
     std::string text = before.substr(0, before.size() / 2);
-    std::ofstream(dir / "cut.dat", std::ios::binary) << text;
+    WriteBytes(dir / "cut.dat", text);
     EXPECT_THROW(ReadBatchCase(s, dir / "cut.dat"), FileReadError);
   }
   {
     // A tank count of 5 has no place in the tank table.
     std::string text = before;
     text.replace(text.find("3,10,2,1,2,1,0,1,3,2,1"), 22, "3,10,2,1,2,1,0,1,3,2,5");
-    std::ofstream(dir / "five.dat", std::ios::binary) << text;
+    WriteBytes(dir / "five.dat", text);
     EXPECT_NE(ReadErrorText([&] { ReadBatchCase(s, dir / "five.dat"); }).find("TankChangeCount"),
               std::string::npos);
   }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <functional>
 #include <regex>
 
@@ -288,7 +287,7 @@ TEST_F(BatchRun, ReportsOfMissingAndCutFiles) {
   // Cut the history inside its last record: the table ends at the record before.
   auto path = dir / "B_Calc_1.dat";
   std::string text = ReadBytes(path);
-  std::ofstream(path, std::ios::binary | std::ios::trunc) << text.substr(0, text.size() - 40);
+  WriteBytes(path, text.substr(0, text.size() - 40));
   auto cut = BatchTopBtmTable(s, BatchSource::TotalReflux, true);
   EXPECT_EQ(cut.rows.size(), full.rows.size() - 1);
   // The counts can be taken from the files alone.
@@ -304,8 +303,7 @@ TEST_F(BatchRun, ReportsOfMissingAndCutFiles) {
   EXPECT_FALSE(none.messages.empty());
 
   // A tank closed empty (the draw stood at 0) shows its totals, and no fractions of zeros.
-  std::ofstream(dir / "B_Calc_5.dat", std::ios::binary | std::ios::trunc)
-      << "0,0.5\r\n0,0,0\r\n1,2,3,4,5,6,7,8,9,10\r\n";
+  WriteBytes(dir / "B_Calc_5.dat", "0,0.5\r\n0,0,0\r\n1,2,3,4,5,6,7,8,9,10\r\n");
   auto tank = BatchTankTable(s);
   ASSERT_EQ(tank.rows.size(), 1u);
   for (const auto& cell : tank.rows[0])

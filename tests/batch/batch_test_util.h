@@ -16,6 +16,7 @@ namespace tervale::testing {
 
 using testcli::ReadBytes;
 using testcli::ScratchDir;
+using testcli::WriteBytes;
 
 // The run files present in a folder, e.g. "_1 _3 _Log".
 inline std::string BatchFilesPresent(const std::filesystem::path& dir) {

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "common/cli_fixture.h"
@@ -52,7 +51,7 @@ TEST_F(ColumnCli, ExampleRunReportAndShortCut) {
 }
 
 TEST_F(ColumnCli, RefusedInput) {
-  std::ofstream(dir_ / "bad.dat") << "\"Flash Data\"\r\n";
+  tervale::testcli::WriteBytes(dir_ / "bad.dat", "\"Flash Data\"\r\n");
   CliRun bad = Cli("column @bad.dat --json --data-dir @");
   EXPECT_EQ(bad.status, 2);
   ExpectAll(bad, {"蒸留計算のデータファイルではありません。"});
@@ -88,7 +87,7 @@ TEST_F(ColumnCli, RefusedInput) {
   const size_t finished = text.find("\r\n1\r\n");
   ASSERT_NE(finished, std::string::npos);
   text.insert(finished + 2, "99,10\r\n");
-  std::ofstream(dir_ / "odd.dat", std::ios::binary) << text;
+  tervale::testcli::WriteBytes(dir_ / "odd.dat", text);
   CliRun odd = Cli("column-report @odd.dat --view liquid-mol --json");
   EXPECT_EQ(odd.status, 2);
   ExpectAll(odd, {"Location <1 or >NT"});

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -103,7 +102,7 @@ TEST_F(FlashCli, CondensingCurveAndRefusals) {
   EXPECT_NE(j["messages"][0].get<std::string>().find("--temp"), std::string::npos);
   refused("flash " + file + " --calc sideways");
   const std::string wrong = dir_ / "wrong.dat";
-  std::ofstream(wrong) << "\"V_L Equibrium Data\"\r\n";
+  tervale::testcli::WriteBytes(wrong, "\"V_L Equibrium Data\"\r\n");
   j = refused("flash " + wrong + " --calc flash");
   EXPECT_EQ(j["messages"][0], "Flash計算のデータファイルではありません");
   const std::string out = " -o " + dir_ / "x.dat";

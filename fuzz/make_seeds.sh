@@ -9,7 +9,7 @@ seeds=${2:?output folder}
 mkdir -p "$seeds"
 ex() { # kind number target file
   mkdir -p "$seeds/$3"
-  "$cli" example "$1" "$2" -o "$seeds/$3/$4" 2>/dev/null || echo "no example $1 $2" >&2
+  "$cli" example "$1" "$2" -o "$seeds/$3/$4" >/dev/null 2>&1 || echo "no example $1 $2" >&2
 }
 ex flash 1 flash_file example1.dat
 ex flash 2 flash_file example2.dat

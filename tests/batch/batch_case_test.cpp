@@ -65,7 +65,7 @@ TEST_F(BatchCaseTest, ExampleFileLayoutAndRoundTrip) {
   s.Batch.ReservedLong = 7;
   auto path = dir / "case.dat";
   WriteBatchCase(s, path);
-  auto lines = Lines(ReadText(path));
+  auto lines = Lines(ReadBytes(path));
   ASSERT_GT(lines.size(), 40u);
   EXPECT_EQ(lines[0], "\"Batch Distillastion Data\"");
   EXPECT_EQ(lines[11], "3,10,2,1,2,1,7,1,3,2,1");
@@ -81,7 +81,7 @@ TEST_F(BatchCaseTest, ExampleFileLayoutAndRoundTrip) {
   EXPECT_EQ(lines.back(), "0.85");
 
   Prepared q;
-  Prepare(q, dir);
+  Prepare(q, dir.path());
   ResetBatchCase(q.s());
   ASSERT_TRUE(ReadBatchCase(q.s(), path));
   EXPECT_EQ(FormatBatchCase(q.s()), FormatBatchCase(s));
@@ -95,20 +95,20 @@ TEST_F(BatchCaseTest, BadFilesLeaveTheStateAsItWas) {
   LoadBatchExample(s);
   const std::string before = FormatBatchCase(s);
   {
-    std::ofstream(dir / "wrong.dat") << "\"Distillation Data\"\r\n";
+    WriteBytes(dir / "wrong.dat", "\"Distillation Data\"\r\n");
     EXPECT_FALSE(ReadBatchCase(s, dir / "wrong.dat"));
     EXPECT_EQ(p.dialogs.messages.back(), "not Batch Distillation Data");
   }
   {
     std::string text = before.substr(0, before.size() / 2);
-    std::ofstream(dir / "cut.dat", std::ios::binary) << text;
+    WriteBytes(dir / "cut.dat", text);
     EXPECT_THROW(ReadBatchCase(s, dir / "cut.dat"), FileReadError);
   }
   {
     // A tank count of 5 has no place in the tank table.
     std::string text = before;
     text.replace(text.find("3,10,2,1,2,1,0,1,3,2,1"), 22, "3,10,2,1,2,1,0,1,3,2,5");
-    std::ofstream(dir / "five.dat", std::ios::binary) << text;
+    WriteBytes(dir / "five.dat", text);
     EXPECT_NE(ReadErrorText([&] { ReadBatchCase(s, dir / "five.dat"); }).find("TankChangeCount"),
               std::string::npos);
   }

@@ -38,7 +38,7 @@ class BalanceObserver : public BatchRunObserver {
     notices.emplace_back(text);
     if (text.starts_with("Change Tank")) {
       // The closed tanks as the tank file holds them: every second line of three.
-      auto lines = Lines(ReadText(std::filesystem::path(s.DataPath) / "B_Calc_5.dat"));
+      auto lines = Lines(ReadBytes(std::filesystem::path(s.DataPath) / "B_Calc_5.dat"));
       closedComp = {};
       closedTanks = 0;
       for (size_t k = 1; k < lines.size(); k += 3) {
@@ -80,7 +80,7 @@ TEST_F(BatchRun, LiteralExampleEndsByTimeOverAtTotalReflux) {
   EXPECT_FALSE(r.converged);
   EXPECT_EQ(r.productSteps, 0);
   EXPECT_GT(s.Batch.RunTime, s.Batch.MaxOpeTime);
-  EXPECT_EQ(BatchFilesPresent(dir), "_1 _3 _Log");
+  EXPECT_EQ(BatchFilesPresent(dir.path()), "_1 _3 _Log");
   EXPECT_EQ(p.dialogs.messages.back(), "Time over or Bottom Volume=0, end of calculation");
   // _3.dat of the end of the run: no empty field, the entered save interval in the fourth.
   auto three = File("_3");
@@ -155,9 +155,9 @@ TEST_F(BatchRun, ProductRunClosesItsBalancesAndAContinuationPicksItUp) {
   EXPECT_EQ(BatchLogTable(s).rows.size(), 4u);
 
   // A continuation from the converged state converges at once and appends to the history.
-  const auto historyBefore = ReadText(dir / "B_Calc_1.dat");
+  const auto historyBefore = ReadBytes(dir / "B_Calc_1.dat");
   Prepared q;
-  Prepare(q, dir);
+  Prepare(q, dir.path());
   auto& t = q.s();
   ASSERT_TRUE(ReadBatchContinuation(t));
   EXPECT_EQ(t.Batch.ContinueFromTReflux, 1);
@@ -172,7 +172,7 @@ TEST_F(BatchRun, ProductRunClosesItsBalancesAndAContinuationPicksItUp) {
   EXPECT_LT(c.totalRefluxSteps, r.totalRefluxSteps / 10);
   EXPECT_EQ(c.end, BatchRunEnd::Stopped);
   EXPECT_GT(c.productSteps, 0);
-  const auto historyAfter = ReadText(dir / "B_Calc_1.dat");
+  const auto historyAfter = ReadBytes(dir / "B_Calc_1.dat");
   EXPECT_TRUE(historyAfter.starts_with(historyBefore));
   EXPECT_GT(historyAfter.size(), historyBefore.size());
   // A stop in the product phase: the open tank is written, _3.dat is the second write.
@@ -184,7 +184,7 @@ TEST_F(BatchRun, ProductRunClosesItsBalancesAndAContinuationPicksItUp) {
 
   // A continuation whose tray count changed: the notice, and a start from the charge.
   Prepared m;
-  Prepare(m, dir);
+  Prepare(m, dir.path());
   auto& u = m.s();
   ASSERT_TRUE(ReadBatchContinuation(u));
   u.NTray = 9;
@@ -200,9 +200,9 @@ TEST_F(BatchRun, ProductRunClosesItsBalancesAndAContinuationPicksItUp) {
   EXPECT_EQ(File("_1")[0], "0");  // started anew
 
   // The missing state file is a message.
-  auto empty = FreshDir("continue_missing");
+  const ScratchDir empty("batch_continue_missing");
   Prepared e;
-  Prepare(e, empty);
+  Prepare(e, empty.path());
   EXPECT_FALSE(ReadBatchContinuation(e.s()));
   EXPECT_EQ(e.dialogs.messages.back(), "not exist Total Reflux Data");
 }
@@ -286,13 +286,13 @@ TEST_F(BatchRun, ReportsOfMissingAndCutFiles) {
   ASSERT_EQ(full.rows.size(), 3u);  // saves at 0, 0.002 and 0.004 h
   // Cut the history inside its last record: the table ends at the record before.
   auto path = dir / "B_Calc_1.dat";
-  std::string text = ReadText(path);
-  std::ofstream(path, std::ios::binary | std::ios::trunc) << text.substr(0, text.size() - 40);
+  std::string text = ReadBytes(path);
+  WriteBytes(path, text.substr(0, text.size() - 40));
   auto cut = BatchTopBtmTable(s, BatchSource::TotalReflux, true);
   EXPECT_EQ(cut.rows.size(), full.rows.size() - 1);
   // The counts can be taken from the files alone.
   Prepared q;
-  Prepare(q, dir);
+  Prepare(q, dir.path());
   ASSERT_TRUE(LoadBatchReportCase(q.s()));
   EXPECT_EQ(q.s().NC, 3);
   EXPECT_EQ(q.s().NTray, 10);
@@ -303,8 +303,7 @@ TEST_F(BatchRun, ReportsOfMissingAndCutFiles) {
   EXPECT_FALSE(none.messages.empty());
 
   // A tank closed empty (the draw stood at 0) shows its totals, and no fractions of zeros.
-  std::ofstream(dir / "B_Calc_5.dat", std::ios::binary | std::ios::trunc)
-      << "0,0.5\r\n0,0,0\r\n1,2,3,4,5,6,7,8,9,10\r\n";
+  WriteBytes(dir / "B_Calc_5.dat", "0,0.5\r\n0,0,0\r\n1,2,3,4,5,6,7,8,9,10\r\n");
   auto tank = BatchTankTable(s);
   ASSERT_EQ(tank.rows.size(), 1u);
   for (const auto& cell : tank.rows[0])

@@ -2,32 +2,21 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "batch/batch_data.h"
 #include "batch/batch_run.h"
+#include "common/scratch.h"
 #include "state/errors.h"
 #include "state/shared_state.h"
 
 namespace tervale::testing {
 
-// A fresh empty folder under the temporary directory.
-inline std::filesystem::path FreshDir(const std::string& name) {
-  auto dir = std::filesystem::temp_directory_path() / ("tervale_batch_" + name);
-  std::filesystem::remove_all(dir);
-  std::filesystem::create_directories(dir);
-  return dir;
-}
-
-inline std::string ReadText(const std::filesystem::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
+using testcli::ReadBytes;
+using testcli::ScratchDir;
+using testcli::WriteBytes;
 
 // The run files present in a folder, e.g. "_1 _3 _Log".
 inline std::string BatchFilesPresent(const std::filesystem::path& dir) {
@@ -80,21 +69,19 @@ std::string ReadErrorText(Read read) {
   return "";
 }
 
-// A state in English over a fresh folder named after the test, holding the product example.
+// A state in English over a fresh folder of its own, holding the product example.
 struct BatchFixture : ::testing::Test {
-  std::filesystem::path dir =
-      FreshDir(::testing::UnitTest::GetInstance()->current_test_info()->name());
+  ScratchDir dir{"batch"};
   Prepared p;
   SharedCalcState& s = p.s();
   void SetUp() override {
-    Prepare(p, dir);
+    Prepare(p, dir.path());
     LoadProductExample(s);
   }
-  void TearDown() override { std::filesystem::remove_all(dir); }
   // The Go check passes on the case as it stands.
   bool Ready() { return CheckBatchGoCalc(s).ok; }
   std::vector<std::string> File(const std::string& suffix) {
-    return Lines(ReadText(dir / ("B_Calc" + suffix + ".dat")));
+    return Lines(ReadBytes(dir / ("B_Calc" + suffix + ".dat")));
   }
 };
 

@@ -1,40 +1,28 @@
 // The batch commands end to end: example, run, reports, refused input.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 
 #include "batch/batch_test_util.h"
-#include "common/cli_runner.h"
+#include "common/cli_fixture.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
 using tervale::testcli::CliRun;
+using tervale::testcli::ReadBytes;
 using tervale::testcli::RunCli;
+using tervale::testcli::WriteBytes;
 
-class BatchCli : public ::testing::Test {
+class BatchCli : public tervale::testcli::CliFixture {
  protected:
-  void SetUp() override {
-    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli is not built";
-    dir_ = fs::temp_directory_path() / ("tervale_batch_cli_" + std::to_string(::getpid()));
-    fs::remove_all(dir_);
-    fs::create_directories(dir_);
-  }
-  void TearDown() override {
-    if (!dir_.empty()) fs::remove_all(dir_);
-  }
   // The example with HeatUnit 1 and a duty of 1000000, made by editing the written file.
   std::string ProductExample() {
-    const fs::path file = dir_ / "b.dat";
-    EXPECT_EQ(RunCli("example batch -o " + file.string()).status, 0);
-    std::string text = tervale::testing::ReadText(file);
+    const std::string file = dir_ / "b.dat";
+    EXPECT_EQ(RunCli("example batch -o " + file).status, 0);
+    std::string text = ReadBytes(file);
     auto replace = [&](const std::string& from, const std::string& to) {
       const size_t at = text.find(from);
       EXPECT_NE(at, std::string::npos) << from;
@@ -42,17 +30,16 @@ class BatchCli : public ::testing::Test {
     };
     replace("3,10,2,1,2,1,0,1,3,2,1", "3,10,2,1,2,1,0,1,3,1,1");
     replace("238.8886898149807", "1000000");
-    const fs::path variant = dir_ / "b1.dat";
-    std::ofstream(variant, std::ios::binary) << text;
-    return variant.string();
+    const std::string variant = dir_ / "b1.dat";
+    WriteBytes(variant, text);
+    return variant;
   }
-  fs::path dir_;
 };
 
 TEST_F(BatchCli, ProductRunPrintsEveryKeyAndLeavesTheSixFiles) {
   const std::string file = ProductExample();
-  const fs::path out = dir_ / "out";
-  CliRun r = RunCli("batch " + file + " --data-dir " + out.string() + " --json");
+  const std::string out = dir_ / "out";
+  CliRun r = RunCli("batch " + file + " --data-dir " + out + " --json");
   ASSERT_EQ(r.status, 0) << r.out;
   Json j = Json::parse(r.out);
   EXPECT_EQ(j["end"], "tanks-exhausted");
@@ -72,7 +59,7 @@ TEST_F(BatchCli, ProductRunPrintsEveryKeyAndLeavesTheSixFiles) {
   EXPECT_TRUE(j["messages"].is_array());
   EXPECT_EQ(tervale::testing::BatchFilesPresent(out), "_1 _2 _3 _4 _5 _Log");
 
-  CliRun tank = RunCli("batch-report --view tank --json --data-dir " + out.string());
+  CliRun tank = RunCli("batch-report --view tank --json --data-dir " + out);
   ASSERT_EQ(tank.status, 0) << tank.out;
   Json t = Json::parse(tank.out);
   EXPECT_EQ(t["view"], "tank");
@@ -81,7 +68,7 @@ TEST_F(BatchCli, ProductRunPrintsEveryKeyAndLeavesTheSixFiles) {
   EXPECT_NEAR(t["rows"][0][2].get<double>(), j["tanks"][0]["x"][0].get<double>(), 1e-12);
   for (const char* view : {"total-reflux", "vl-load", "tray-data", "top-btm", "log"}) {
     CliRun v = RunCli(std::string("batch-report --json --source product --view ") + view +
-                      " --data-dir " + out.string());
+                      " --data-dir " + out);
     ASSERT_EQ(v.status, 0) << view << v.out;
     Json o = Json::parse(v.out);
     EXPECT_EQ(o["view"], view);
@@ -91,8 +78,8 @@ TEST_F(BatchCli, ProductRunPrintsEveryKeyAndLeavesTheSixFiles) {
 
 TEST_F(BatchCli, StopAndRefusals) {
   const std::string file = ProductExample();
-  const fs::path out = dir_ / "out";
-  CliRun r = RunCli("batch " + file + " --stop-after-steps 10 --json --data-dir " + out.string());
+  const std::string out = dir_ / "out";
+  CliRun r = RunCli("batch " + file + " --stop-after-steps 10 --json --data-dir " + out);
   ASSERT_EQ(r.status, 0);
   Json j = Json::parse(r.out);
   EXPECT_EQ(j["end"], "stopped");
@@ -100,25 +87,24 @@ TEST_F(BatchCli, StopAndRefusals) {
   EXPECT_TRUE(j["total_reflux_time"].is_null());
 
   // A report of a file the run did not write.
-  CliRun tank = RunCli("batch-report --view tank --json --data-dir " + out.string());
+  CliRun tank = RunCli("batch-report --view tank --json --data-dir " + out);
   EXPECT_EQ(tank.status, 2);
   Json t = Json::parse(tank.out);
   ASSERT_FALSE(t["messages"].empty());
   EXPECT_NE(t["messages"].back().get<std::string>().find("B_Calc_5.dat"), std::string::npos);
 
   // A case the Go check refuses: a zero feed fraction.
-  std::string text = tervale::testing::ReadText(file);
+  std::string text = ReadBytes(file);
   text.replace(text.rfind("0.03"), 4, "0");
-  const fs::path bad = dir_ / "bad.dat";
-  std::ofstream(bad, std::ios::binary) << text;
-  CliRun refused = RunCli("batch " + bad.string() + " --json --data-dir " + out.string());
+  const std::string bad = dir_ / "bad.dat";
+  WriteBytes(bad, text);
+  CliRun refused = RunCli("batch " + bad + " --json --data-dir " + out);
   EXPECT_EQ(refused.status, 2);
   Json m = Json::parse(refused.out);
   EXPECT_EQ(m["messages"].back(), "Feed Composition doese not input");
 
   // Continuation without a converged state.
-  CliRun cont =
-      RunCli("batch " + file + " --continue --json --data-dir " + (dir_ / "none").string());
+  CliRun cont = RunCli("batch " + file + " --continue --json --data-dir " + dir_ / "none");
   EXPECT_EQ(cont.status, 2);
 }
 

@@ -1,16 +1,13 @@
 // The additions to the binary commands of tervale-cli, run as a user runs them.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
-#include "common/cli_runner.h"
+#include "common/cli_fixture.h"
 #include "io/field_reader.h"
 
 namespace {
@@ -18,6 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 using Rows = std::vector<std::vector<std::string>>;
+using tervale::testcli::ReadBytes;
 using tervale::testcli::RunCli;
 
 // RFC 4180: fields separated by commas, quoted fields with doubled quotes, every line ended by
@@ -48,11 +46,6 @@ Rows ParseCsv(const std::string& text, bool& wellFormed) {
   return rows;
 }
 
-std::string ReadAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 // A cell of a CSV body as a number, the same as the JSON's.
 void ExpectSameNumber(const std::string& cell, double expected) {
   double v = 0;
@@ -60,19 +53,10 @@ void ExpectSameNumber(const std::string& cell, double expected) {
   EXPECT_EQ(v, expected);
 }
 
-class BeyondCli : public ::testing::Test {
+class BeyondCli : public tervale::testcli::CliFixture {
  protected:
-  void SetUp() override {
-    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli is not built";
-    dir_ = fs::temp_directory_path() / ("tervale_beyond_cli_" + std::to_string(::getpid()));
-    fs::create_directories(dir_);
-  }
-  void TearDown() override {
-    if (!dir_.empty()) fs::remove_all(dir_);
-  }
-  std::string P(const std::string& name) { return (dir_ / name).string(); }
   void Example(const std::string& which, const std::string& file) {
-    ASSERT_EQ(RunCli("example " + which + " -o " + P(file)).status, 0) << which;
+    ASSERT_EQ(RunCli("example " + which + " -o " + dir_ / file).status, 0) << which;
   }
   Json RunJson(const std::string& args) {
     auto r = RunCli(args + " --json");
@@ -89,7 +73,6 @@ class BeyondCli : public ::testing::Test {
     EXPECT_TRUE(wellFormed) << args;
     return rows;
   }
-  fs::path dir_;
 };
 
 // The pairs command reads the property database built beside the programs.
@@ -104,7 +87,7 @@ class BeyondDbCli : public BeyondCli {
 
 TEST_F(BeyondCli, ConsistencyOfTheFirstExamplePrintsBothVerdicts) {
   Example("vle 1", "v.dat");
-  Json j = RunJson("vle " + P("v.dat") + " --consistency");
+  Json j = RunJson("vle " + dir_ / "v.dat" + " --consistency");
   const Json& c = j.at("consistency");
   EXPECT_TRUE(c.at("area").at("passed").is_boolean());
   EXPECT_TRUE(c.at("area").at("D").is_number());
@@ -121,7 +104,7 @@ TEST_F(BeyondCli, ConsistencyOfTheFirstExamplePrintsBothVerdicts) {
 TEST_F(BeyondCli, EveryRunHoldsStatisticsAndAzeotropesAndTheCsvReadsBack) {
   Example("vle 1", "v1.dat");
   Example("vle 2", "v2.dat");
-  Json j1 = RunJson("vle " + P("v1.dat"));
+  Json j1 = RunJson("vle " + dir_ / "v1.dat");
   const Json& st = j1.at("statistics");
   ASSERT_EQ(st.at("std_errors").size(), 2u);
   EXPECT_GT(st.at("std_errors")[0].get<double>(), 0);
@@ -132,18 +115,18 @@ TEST_F(BeyondCli, EveryRunHoldsStatisticsAndAzeotropesAndTheCsvReadsBack) {
   EXPECT_EQ(j1.at("azeotropes"), Json::array());  // methanol-water
 
   // TBA-water boils at a minimum near x1 = 0.65
-  Json j2 = RunJson("vle " + P("v2.dat"));
+  Json j2 = RunJson("vle " + dir_ / "v2.dat");
   ASSERT_EQ(j2.at("azeotropes").size(), 1u);
   EXPECT_EQ(j2.at("azeotropes")[0].at("kind"), "minimum-boiling");
   EXPECT_NEAR(j2.at("azeotropes")[0].at("x1").get<double>(), 0.65, 0.05);
   // the calculate types draw a diagram without a fit (here from the file's start parameters,
   // Raoult's law): azeotropes but no statistics
-  Json j3 = RunJson("vle " + P("v2.dat") + " --calc-type 3");
+  Json j3 = RunJson("vle " + dir_ / "v2.dat" + " --calc-type 3");
   EXPECT_TRUE(j3.at("statistics").is_null());
   EXPECT_EQ(j3.at("azeotropes"), Json::array());
 
   // CSV of the residual table: header and the same numbers as the JSON
-  Rows rows = RunCsv("vle " + P("v1.dat"));
+  Rows rows = RunCsv("vle " + dir_ / "v1.dat");
   ASSERT_EQ(rows.size(), 13u);
   const std::vector<std::string> header = {"x",       "y_meas",  "y_calc", "dy",
                                            "tp_meas", "tp_calc", "dtp"};
@@ -152,11 +135,11 @@ TEST_F(BeyondCli, EveryRunHoldsStatisticsAndAzeotropesAndTheCsvReadsBack) {
     for (size_t k = 0; k < header.size(); ++k)
       ExpectSameNumber(rows[i][k], st.at("residuals")[i - 1].at(header[k]).get<double>());
   // without a fit the curve is the table
-  rows = RunCsv("vle " + P("v1.dat") + " --calc-type 3");
+  rows = RunCsv("vle " + dir_ / "v1.dat" + " --calc-type 3");
   EXPECT_EQ(rows.size(), 202u);
   EXPECT_EQ(rows[0][0], "x1");
   // the consistency table too
-  rows = RunCsv("vle " + P("v1.dat") + " --consistency");
+  rows = RunCsv("vle " + dir_ / "v1.dat" + " --consistency");
   ASSERT_EQ(rows.size(), 13u);
   EXPECT_EQ(rows[0], (std::vector<std::string>{"x", "y_meas", "y_calc", "dy"}));
 }
@@ -164,8 +147,8 @@ TEST_F(BeyondCli, EveryRunHoldsStatisticsAndAzeotropesAndTheCsvReadsBack) {
 TEST_F(BeyondCli, TheUnifacDiagramReportsItsAzeotropes) {
   Example("unifac 1", "u1.json");
   Example("unifac 2", "u2.json");
-  EXPECT_EQ(RunJson("unifac " + P("u1.json")).at("azeotropes"), Json::array());
-  Json j = RunJson("unifac " + P("u2.json"));  // benzene-methanol
+  EXPECT_EQ(RunJson("unifac " + dir_ / "u1.json").at("azeotropes"), Json::array());
+  Json j = RunJson("unifac " + dir_ / "u2.json");  // benzene-methanol
   ASSERT_EQ(j.at("azeotropes").size(), 1u);
   EXPECT_EQ(j.at("azeotropes")[0].at("kind"), "minimum-boiling");
   EXPECT_NEAR(j.at("azeotropes")[0].at("x1").get<double>(), 0.4, 0.05);
@@ -174,12 +157,12 @@ TEST_F(BeyondCli, TheUnifacDiagramReportsItsAzeotropes) {
 
 TEST_F(BeyondDbCli, PairsListsAndFillsTheMissingPairsOfColumnFlashAndBatchCases) {
   Example("column 1", "c.dat");
-  const std::string original = ReadAll(P("c.dat"));
+  const std::string original = ReadBytes(dir_ / "c.dat");
   // "Distillation Data" belongs to two programs: the command asks which
-  EXPECT_EQ(RunCli("pairs " + P("c.dat")).status, 2);
-  EXPECT_NE(RunCli("pairs " + P("c.dat") + " --program nonsense").status, 0);
+  EXPECT_EQ(RunCli("pairs " + dir_ / "c.dat").status, 2);
+  EXPECT_NE(RunCli("pairs " + dir_ / "c.dat" + " --program nonsense").status, 0);
 
-  Json j = RunJson("pairs " + P("c.dat") + " --program column");
+  Json j = RunJson("pairs " + dir_ / "c.dat" + " --program column");
   EXPECT_EQ(j.at("method"), "wilson");
   ASSERT_EQ(j.at("pairs").size(), 3u);
   EXPECT_EQ(j.at("pairs")[0], (Json{{"i", 1},
@@ -193,51 +176,52 @@ TEST_F(BeyondDbCli, PairsListsAndFillsTheMissingPairsOfColumnFlashAndBatchCases)
   EXPECT_TRUE(j.at("pairs")[2].at("index").is_null());
 
   // filling needs an output file, and never touches the input
-  EXPECT_EQ(RunCli("pairs " + P("c.dat") + " --program column --fill-from-db").status, 2);
-  Json f = RunJson("pairs " + P("c.dat") + " --program column --fill-from-db -o " + P("c2.dat"));
+  EXPECT_EQ(RunCli("pairs " + dir_ / "c.dat" + " --program column --fill-from-db").status, 2);
+  Json f =
+      RunJson("pairs " + dir_ / "c.dat" + " --program column --fill-from-db -o " + dir_ / "c2.dat");
   EXPECT_EQ(f.at("pairs")[0].at("filled"), true);
-  EXPECT_EQ(f.at("output"), P("c2.dat"));
-  EXPECT_EQ(ReadAll(P("c.dat")), original);
-  const std::string filled = ReadAll(P("c2.dat"));
+  EXPECT_EQ(f.at("output"), dir_ / "c2.dat");
+  EXPECT_EQ(ReadBytes(dir_ / "c.dat"), original);
+  const std::string filled = ReadBytes(dir_ / "c2.dat");
   // the seed's methanol-ethanol row: Lambda12 = 1.5851 to [2][1], Lambda21 = 0.563015 to [1][2]
   EXPECT_NE(filled.find("1,0.563015,1,1"), std::string::npos);
   EXPECT_NE(filled.find("1.5851,1,"), std::string::npos);
-  Json after = RunJson("pairs " + P("c2.dat") + " --program column");
+  Json after = RunJson("pairs " + dir_ / "c2.dat" + " --program column");
   ASSERT_EQ(after.at("pairs").size(), 2u);
   EXPECT_EQ(after.at("pairs")[0].at("name2"), "1-Propanol");
   // CSV of the list
-  Rows rows = RunCsv("pairs " + P("c.dat") + " --program column");
+  Rows rows = RunCsv("pairs " + dir_ / "c.dat" + " --program column");
   ASSERT_EQ(rows.size(), 4u);
   EXPECT_EQ(rows[1][2], "Methanol");
 
   // A flash case is not a column case: the column reader refuses it.
   Example("flash 1", "f.dat");
-  EXPECT_EQ(RunCli("pairs " + P("f.dat") + " --program column").status, 2);
-  f = RunJson("pairs " + P("f.dat") + " --program flash --fill-from-db -o " + P("f2.dat"));
+  EXPECT_EQ(RunCli("pairs " + dir_ / "f.dat" + " --program column").status, 2);
+  f = RunJson("pairs " + dir_ / "f.dat" + " --program flash --fill-from-db -o " + dir_ / "f2.dat");
   EXPECT_EQ(f.at("program"), "flash");
   ASSERT_EQ(f.at("pairs").size(), 3u);
   EXPECT_EQ(f.at("pairs")[0].at("filled"), true);
-  EXPECT_EQ(RunJson("pairs " + P("f2.dat") + " --program flash").at("pairs").size(), 2u);
+  EXPECT_EQ(RunJson("pairs " + dir_ / "f2.dat" + " --program flash").at("pairs").size(), 2u);
   // A batch case has a magic string of its own.
   Example("batch 1", "b.dat");
-  Json b = RunJson("pairs " + P("b.dat") + " --fill-from-db -o " + P("b2.dat"));
+  Json b = RunJson("pairs " + dir_ / "b.dat" + " --fill-from-db -o " + dir_ / "b2.dat");
   EXPECT_EQ(b.at("program"), "batch");
   ASSERT_EQ(b.at("pairs").size(), 1u);
   EXPECT_EQ(b.at("pairs")[0].at("name2"), "Ethanol");
   EXPECT_EQ(b.at("pairs")[0].at("filled"), true);
-  EXPECT_TRUE(RunJson("pairs " + P("b2.dat")).at("pairs").empty());
+  EXPECT_TRUE(RunJson("pairs " + dir_ / "b2.dat").at("pairs").empty());
   // not a case of these programs
   Example("vle 1", "v.dat");
-  EXPECT_EQ(RunCli("pairs " + P("v.dat")).status, 2);
+  EXPECT_EQ(RunCli("pairs " + dir_ / "v.dat").status, 2);
 }
 
 TEST_F(BeyondCli, SecondBatchExampleIsTheFirstInJoulesWithTheLargeDutyAndFillsItsTanks) {
   Example("batch", "b1.dat");
   Example("batch 1", "b1b.dat");
   Example("batch 2", "b2.dat");
-  EXPECT_NE(RunCli("example batch 3 -o " + P("b3.dat")).status, 0);
-  std::string first = ReadAll(P("b1.dat"));
-  EXPECT_EQ(first, ReadAll(P("b1b.dat")));
+  EXPECT_NE(RunCli("example batch 3 -o " + dir_ / "b3.dat").status, 0);
+  std::string first = ReadBytes(dir_ / "b1.dat");
+  EXPECT_EQ(first, ReadBytes(dir_ / "b1b.dat"));
   // the two edits of the file a user would make
   for (auto [from, to] : {std::pair{"3,10,2,1,2,1,0,1,3,2,1", "3,10,2,1,2,1,0,1,3,1,1"},
                           std::pair{"238.8886898149807", "1e+06"}}) {
@@ -245,9 +229,9 @@ TEST_F(BeyondCli, SecondBatchExampleIsTheFirstInJoulesWithTheLargeDutyAndFillsIt
     ASSERT_NE(at, std::string::npos) << from;
     first.replace(at, std::string(from).size(), to);
   }
-  EXPECT_EQ(first, ReadAll(P("b2.dat")));
+  EXPECT_EQ(first, ReadBytes(dir_ / "b2.dat"));
 
-  Json j = RunJson("batch " + P("b2.dat") + " --data-dir " + P("out"));
+  Json j = RunJson("batch " + dir_ / "b2.dat" + " --data-dir " + dir_ / "out");
   EXPECT_EQ(j.at("end"), "tanks-exhausted");
   EXPECT_GT(j.at("steps").at("product").get<long long>(), 0);
   ASSERT_EQ(j.at("tanks").size(), 2u);
@@ -260,8 +244,8 @@ TEST_F(BeyondCli, SecondBatchExampleIsTheFirstInJoulesWithTheLargeDutyAndFillsIt
 
 TEST_F(BeyondCli, CsvOfTheFlashAntoineAndBatchTablesReadsBackToTheSameNumbers) {
   Example("flash 1", "f.dat");
-  Json j = RunJson("flash " + P("f.dat") + " --calc flash");
-  Rows rows = RunCsv("flash " + P("f.dat") + " --calc flash");
+  Json j = RunJson("flash " + dir_ / "f.dat" + " --calc flash");
+  Rows rows = RunCsv("flash " + dir_ / "f.dat" + " --calc flash");
   ASSERT_EQ(rows.size(), j.at("components").size() + 1);
   EXPECT_EQ(rows[0], (std::vector<std::string>{"Component", "Vapour y", "Liquid x", "K", "Gamma"}));
   const char* keys[] = {"Component", "y", "x", "k"};
@@ -271,8 +255,8 @@ TEST_F(BeyondCli, CsvOfTheFlashAntoineAndBatchTablesReadsBackToTheSameNumbers) {
   }
 
   Example("antoine", "a.json");
-  Json a = RunJson("antoine " + P("a.json"));
-  rows = RunCsv("antoine " + P("a.json"));
+  Json a = RunJson("antoine " + dir_ / "a.json");
+  rows = RunCsv("antoine " + dir_ / "a.json");
   ASSERT_EQ(rows.size(), a.at("rows").size() + 1);
   const char* constants[] = {"", "", "A", "B", "C"};
   for (size_t i = 1; i < rows.size(); ++i)

@@ -2,32 +2,20 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
-#include "common/cli_runner.h"
+#include "common/cli_fixture.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using tervale::testcli::CliRun;
 
-struct ColumnCli : ::testing::Test {
-  fs::path dir;
-  void SetUp() override {
-    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli not built";
-    dir = fs::temp_directory_path() /
-          ("tervale_column_cli_" +
-           std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-    fs::remove_all(dir);
-    fs::create_directories(dir);
-  }
-  void TearDown() override { fs::remove_all(dir); }
+struct ColumnCli : tervale::testcli::CliFixture {
   // Runs the program with every "@" in `args` standing for the test's folder.
   CliRun Cli(std::string args) {
     for (size_t at; (at = args.find('@')) != std::string::npos;)
-      args.replace(at, 1, dir.string() + "/");
+      args.replace(at, 1, dir_.path().string() + "/");
     return tervale::testcli::RunCli(args);
   }
   void ExpectAll(const CliRun& r, std::initializer_list<const char*> keys) {
@@ -41,7 +29,7 @@ TEST_F(ColumnCli, ExampleRunReportAndShortCut) {
   ASSERT_EQ(run.status, 0);
   ExpectAll(run, {"\"passes\"", "\"converged\": true", "\"trays\"", "\"feed_enthalpy\"",
                   "\"condenser_duty\"", "\"reboiler_duty\"", "\"messages\"", "\"HV\"", "\"x\""});
-  ASSERT_TRUE(fs::exists(dir / "out" / "Result.dat"));
+  ASSERT_TRUE(fs::exists(dir_.path() / "out" / "Result.dat"));
 
   CliRun bal = Cli("column-report @out/Result.dat --view balance --json");
   ASSERT_EQ(bal.status, 0);
@@ -63,11 +51,11 @@ TEST_F(ColumnCli, ExampleRunReportAndShortCut) {
 }
 
 TEST_F(ColumnCli, RefusedInput) {
-  std::ofstream(dir / "bad.dat") << "\"Flash Data\"\r\n";
+  tervale::testcli::WriteBytes(dir_ / "bad.dat", "\"Flash Data\"\r\n");
   CliRun bad = Cli("column @bad.dat --json --data-dir @");
   EXPECT_EQ(bad.status, 2);
   ExpectAll(bad, {"蒸留計算のデータファイルではありません。"});
-  EXPECT_FALSE(fs::exists(dir / "Result.dat"));
+  EXPECT_FALSE(fs::exists(dir_ / "Result.dat"));
 
   ASSERT_EQ(Cli("example column 1 -o @c.dat").status, 0);
   // a case file holds no results: no report, no continue
@@ -90,8 +78,7 @@ TEST_F(ColumnCli, RefusedInput) {
 
   // a result file whose side cut stands below the bottom tray: refused, not read out of bounds
   ASSERT_EQ(Cli("column @c.dat --data-dir @res").status, 0);
-  std::ifstream in(dir / "res" / "Result.dat", std::ios::binary);
-  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  std::string text = tervale::testcli::ReadBytes(dir_.path() / "res" / "Result.dat");
   // the counts line: NC, NTray, NFeed, NSideLiq, NSideVap, ...
   const size_t counts = text.find("4,15,1,0,0,");
   ASSERT_NE(counts, std::string::npos);
@@ -100,7 +87,7 @@ TEST_F(ColumnCli, RefusedInput) {
   const size_t finished = text.find("\r\n1\r\n");
   ASSERT_NE(finished, std::string::npos);
   text.insert(finished + 2, "99,10\r\n");
-  std::ofstream(dir / "odd.dat", std::ios::binary) << text;
+  tervale::testcli::WriteBytes(dir_ / "odd.dat", text);
   CliRun odd = Cli("column-report @odd.dat --view liquid-mol --json");
   EXPECT_EQ(odd.status, 2);
   ExpectAll(odd, {"Location <1 or >NT"});

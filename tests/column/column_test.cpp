@@ -2,14 +2,13 @@
 
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <numeric>
-#include <sstream>
 
 #include "column/column_case.h"
 #include "column/column_results.h"
 #include "column/shortcut.h"
 #include "column/tray_solver.h"
+#include "common/scratch.h"
 #include "io/record_writer.h"
 #include "state/errors.h"
 #include "state/shared_state.h"
@@ -19,24 +18,20 @@ namespace tervale {
 namespace {
 
 namespace fs = std::filesystem;
+using testcli::ReadBytes;
+using testcli::ScratchDir;
 
 struct ColumnFixture : ::testing::Test {
   std::unique_ptr<SharedCalcState> state = MakeSharedCalcState();
   SharedCalcState& s = *state;
   RecordingDialogs dialogs;
-  fs::path dir;
+  ScratchDir dir{"column"};
 
   void SetUp() override {
     s.Dialogs = &dialogs;
     s.LanguageFlag = 1;
-    dir = fs::temp_directory_path() /
-          ("tervale_column_" +
-           std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-    fs::remove_all(dir);
-    fs::create_directories(dir);
-    s.DataPath = dir.string();
+    s.DataPath = dir.path().string();
   }
-  void TearDown() override { fs::remove_all(dir); }
 
   // A second state, as a fresh program reading a file, with its own English dialogs.
   RecordingDialogs otherDialogs;
@@ -72,13 +67,6 @@ struct ColumnFixture : ::testing::Test {
 
 double Num(const io::Cell& c) {
   return std::get<double>(c);
-}
-
-std::string ReadAll(const fs::path& p) {
-  std::ifstream f(p, std::ios::binary);
-  std::stringstream ss;
-  ss << f.rdbuf();
-  return ss.str();
 }
 
 TEST_F(ColumnFixture, ResetDefaults) {
@@ -184,7 +172,7 @@ TEST_F(ColumnFixture, ExampleOneConvergesClosesItsBalanceAndShowsItsProfiles) {
 TEST_F(ColumnFixture, ResultFileReadsBackWithTheSameTablesAndCutShortWithout) {
   LoadColumnExample1(s);
   ASSERT_TRUE(Solve(true).resultWritten);
-  const std::string text = ReadAll(dir / "Result.dat");
+  const std::string text = ReadBytes(dir / "Result.dat");
   EXPECT_EQ(text.rfind("\"Distillation Data\"\r\n", 0), 0u);
   auto tables = [](SharedCalcState& st) {
     std::vector<io::ReportTable> all{ColumnBalanceTable(st)};
@@ -200,7 +188,7 @@ TEST_F(ColumnFixture, ResultFileReadsBackWithTheSameTablesAndCutShortWithout) {
 
   auto other = ReaderState();
   ResetColumnCase(*other);
-  ASSERT_TRUE(ReadColumnFile(*other, (dir / "Result.dat").string()));
+  ASSERT_TRUE(ReadColumnFile(*other, dir / "Result.dat"));
   EXPECT_EQ(other->Column.CalcFinished, 1);
   EXPECT_EQ(other->Column.PrevNTray, 15);
   const std::vector<io::ReportTable> after = tables(*other);
@@ -236,7 +224,7 @@ TEST_F(ColumnFixture, CaseFileRoundTripAndResultsOnlyWhenFinished) {
   LoadColumnExample1(s);
   const fs::path p = dir / "c.dat";
   WriteColumnFile(s, p.string());
-  const std::string text = ReadAll(p);
+  const std::string text = ReadBytes(p);
   auto other = MakeSharedCalcState();
   ASSERT_TRUE(ReadColumnFile(*other, p.string()));
   EXPECT_EQ(ColumnFileText(*other), text);
@@ -435,7 +423,7 @@ TEST_F(ColumnFixture, StoppedRunKeepsNoResults) {
       s, [&](const TrayProgress&) { return ++calls == 3; }, true);
   EXPECT_TRUE(r.stopped);
   EXPECT_EQ(s.Column.CalcFinished, 0);
-  EXPECT_EQ(ReadAll(dir / "Result.dat"), "old");
+  EXPECT_EQ(ReadBytes(dir / "Result.dat"), "old");
 }
 
 TEST_F(ColumnFixture, InputChecksRefuseWithTheirMessages) {

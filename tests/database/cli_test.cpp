@@ -69,7 +69,7 @@ TEST_F(CliTest, SearchPairAndSaveTwice) {
   EXPECT_EQ(j["rows"][0][5].get<double>(), 0.5);  // Lambda12
 
   std::string args = "--json db search antoine x --db '";
-  args.append((dir_ / "none.mde").string()).append("'");
+  args.append(dir_ / "none.mde").append("'");
   auto missing = RunCli(args);
   EXPECT_EQ(missing.status, 2);
   j = nlohmann::json::parse(missing.out);

@@ -6,32 +6,21 @@
 #include <string>
 #include <vector>
 
+#include "common/scratch.h"
 #include "database/property_db.h"
 #include "state/shared_state.h"
 
 namespace tervale::db::testing {
 
 namespace fs = std::filesystem;
-
-// A scratch folder of its own per test, removed afterwards.
-inline fs::path MakeScratchFolder() {
-  const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-  std::string name = std::string(info->test_suite_name()) + "_" + info->name();
-  for (auto& c : name)
-    if (c == '/') c = '_';
-  fs::path dir =
-      fs::temp_directory_path() / ("tervale_db_" + std::to_string(::getpid()) + "_" + name);
-  fs::remove_all(dir);
-  fs::create_directories(dir);
-  return dir;
-}
+using testcli::ReadBytes;
+using testcli::ScratchDir;
 
 // The seeded database is built once per test program and copied for every test, so that the
 // writers' tests start from the same file.
 inline const fs::path& SeededDatabase() {
+  static const ScratchDir dir("db_seed");
   static fs::path file = [] {
-    fs::path dir = fs::temp_directory_path() / ("tervale_db_seed_" + std::to_string(::getpid()));
-    fs::create_directories(dir);
     fs::path f = dir / "Masterd$.mde";
     BuildDatabaseFromSeed(fs::path(TERVALE_SOURCE_DIR) / "data" / "property-seed", f);
     return f;
@@ -51,7 +40,6 @@ inline void ExpectRow(const RecordSet& rs, size_t row, const std::vector<const c
 class SeededDbTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    dir_ = MakeScratchFolder();
     file_ = dir_ / "Masterd$.mde";
     fs::copy_file(SeededDatabase(), file_);
     db_ = PropertyDatabase::Open(file_);
@@ -60,18 +48,13 @@ class SeededDbTest : public ::testing::Test {
     s_->Dialogs = &dialogs_;
     s_->DatabaseFile = file_.string();
   }
-  void TearDown() override {
-    db_.reset();
-    std::error_code ec;
-    fs::permissions(file_, fs::perms::owner_all, ec);
-    fs::remove_all(dir_, ec);
-  }
   int Count(const std::string& table) {
     return int(
         std::get<std::int64_t>(db_->Query("SELECT count(*) FROM [" + table + "]").rows[0][0]));
   }
 
-  fs::path dir_, file_;
+  ScratchDir dir_{"db"};  // declared first: removed after the database is closed
+  fs::path file_;
   std::unique_ptr<PropertyDatabase> db_;
   std::unique_ptr<SharedCalcState> s_;
   RecordingDialogs dialogs_;

@@ -75,8 +75,8 @@ TEST(SeedBuild, EveryTableWithItsColumnsInOrder) {
 }
 
 TEST(SeedBuild, ABadSeedLeavesTheOldFile) {
-  fs::path dir = MakeScratchFolder();
-  fs::path seed = dir / "seed";
+  const ScratchDir dir("db_bad_seed");
+  fs::path seed = dir.path() / "seed";
   fs::copy(fs::path(TERVALE_SOURCE_DIR) / "data" / "property-seed", seed);
   fs::path out = dir / "Masterd$.mde";
   BuildDatabaseFromSeed(seed, out);
@@ -102,7 +102,6 @@ TEST(SeedBuild, ABadSeedLeavesTheOldFile) {
   fs::remove(seed / "HeatCapacity.csv");
   EXPECT_THROW(BuildDatabaseFromSeed(seed, out), FileReadError);
   EXPECT_FALSE(fs::exists(dir / "Masterd$.mde.building"));
-  fs::remove_all(dir);
 }
 
 class DatabaseFile : public SeededDbTest {};

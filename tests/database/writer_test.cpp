@@ -233,15 +233,10 @@ TEST_F(WriterTest, CriticalConstantIsNumberedByTheDatabase) {
   EXPECT_EQ(Count("CriticalConstant"), 432);
 }
 
-std::string FileBytes(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 TEST_F(WriterTest, ReadOnlyFileReportsTheDatabasesErrorAndChangesNothing) {
   db_.reset();
   fs::permissions(file_, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-  const std::string before = FileBytes(file_);
+  const std::string before = ReadBytes(file_);
   db_ = PropertyDatabase::Open(file_);
   auto f = LoadParameterSave(*db_, *s_, NewWilsonCase());
   ASSERT_FALSE(f.LoadFailed);
@@ -253,7 +248,7 @@ TEST_F(WriterTest, ReadOnlyFileReportsTheDatabasesErrorAndChangesNothing) {
   EXPECT_NE(msg.find("readonly"), std::string::npos) << msg;
   EXPECT_FALSE(SaveCriticalConstant(*db_, *s_, {"X", "Y", {}}).saved);
   db_.reset();
-  EXPECT_EQ(FileBytes(file_), before);
+  EXPECT_EQ(ReadBytes(file_), before);
   EXPECT_FALSE(fs::exists(fs::path(file_.string() + "-journal")));
 }
 

@@ -1,13 +1,11 @@
 // The flash command end to end: examples, every calculation type, JSON keys, refusals.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "common/cli_runner.h"
+#include "common/cli_fixture.h"
 
 namespace {
 
@@ -17,22 +15,13 @@ using Json = nlohmann::json;
 using tervale::testcli::CliRun;
 using tervale::testcli::RunCli;
 
-class FlashCli : public ::testing::Test {
+class FlashCli : public tervale::testcli::CliFixture {
  protected:
-  void SetUp() override {
-    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli is not built";
-    dir_ = fs::temp_directory_path() / ("tervale_flash_cli_" + std::to_string(::getpid()));
-    fs::create_directories(dir_);
-  }
-  void TearDown() override {
-    if (!dir_.empty()) fs::remove_all(dir_);
-  }
   std::string Example(int number) {
-    const std::string n = std::to_string(number), file = (dir_ / (n + ".dat")).string();
+    const std::string n = std::to_string(number), file = dir_ / (n + ".dat");
     EXPECT_EQ(RunCli("example flash " + n + " -o " + file).status, 0);
     return file;
   }
-  fs::path dir_;
 };
 
 TEST_F(FlashCli, EveryCalculationOfBothExamples) {
@@ -112,11 +101,11 @@ TEST_F(FlashCli, CondensingCurveAndRefusals) {
   j = refused("flash " + file + " --calc flash --temp abc");
   EXPECT_NE(j["messages"][0].get<std::string>().find("--temp"), std::string::npos);
   refused("flash " + file + " --calc sideways");
-  const fs::path wrong = dir_ / "wrong.dat";
-  std::ofstream(wrong) << "\"V_L Equibrium Data\"\r\n";
-  j = refused("flash " + wrong.string() + " --calc flash");
+  const std::string wrong = dir_ / "wrong.dat";
+  tervale::testcli::WriteBytes(wrong, "\"V_L Equibrium Data\"\r\n");
+  j = refused("flash " + wrong + " --calc flash");
   EXPECT_EQ(j["messages"][0], "Flash計算のデータファイルではありません");
-  const std::string out = " -o " + (dir_ / "x.dat").string();
+  const std::string out = " -o " + dir_ / "x.dat";
   for (const std::string number : {"3", "1e20", "1.5", "abc"})
     EXPECT_EQ(RunCli("example flash " + number + out).status, 2) << number;
   EXPECT_FALSE(fs::exists(dir_ / "x.dat"));

@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <numeric>
-#include <sstream>
 
+#include "common/scratch.h"
 #include "flash/flash_engine.h"
 #include "flash/flash_program.h"
 #include "io/display_format.h"
@@ -24,28 +21,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct TempDir {
-  fs::path path;
-  TempDir() {
-    path = fs::temp_directory_path() /
-           ("tervale_flash_" + std::to_string(::getpid()) + "_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::create_directories(path);
-  }
-  ~TempDir() { fs::remove_all(path); }
-};
-
-std::string ReadBytes(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
-
-void WriteBytes(const fs::path& p, const std::string& text) {
-  std::ofstream out(p, std::ios::binary);
-  out << text;
-}
+using testcli::ReadBytes;
+using testcli::ScratchDir;
+using testcli::WriteBytes;
 
 std::unique_ptr<SharedCalcState> Example(int number) {
   auto s = MakeSharedCalcState();
@@ -115,11 +93,11 @@ TEST(FlashCase, ResetAndExamples) {
 }
 
 TEST(FlashCase, FileRoundTripIsByteForByte) {
-  TempDir dir;
+  const ScratchDir dir("flash");
   for (int number : {1, 2}) {
     auto s = Example(number);
-    const fs::path first = dir.path / ("ex" + std::to_string(number) + ".dat");
-    const fs::path second = dir.path / ("ex" + std::to_string(number) + "b.dat");
+    const fs::path first = dir / ("ex" + std::to_string(number) + ".dat");
+    const fs::path second = dir / ("ex" + std::to_string(number) + "b.dat");
     WriteFlashFile(*s, first);
     EXPECT_EQ(s->DataFileName, first.string());
     auto t = MakeSharedCalcState();
@@ -140,9 +118,9 @@ TEST(FlashCase, FileRoundTripIsByteForByte) {
     s->Bin.NrtlAlpha = 1.0 / 3;
     s->Flash.FlashTemp = 2.0 / 3;
     s->Comp.CompName[2] = "Ethanol, dry";  // a comma inside a name
-    WriteFlashFile(*s, dir.path / "odd.dat");
+    WriteFlashFile(*s, dir / "odd.dat");
     auto t = MakeSharedCalcState();
-    ReadFlashFile(*t, dir.path / "odd.dat");
+    ReadFlashFile(*t, dir / "odd.dat");
     EXPECT_EQ(t->Bin.NrtlTau[2][1], 5e-324);
     EXPECT_EQ(t->Bin.NrtlTau[3][4], -1e300);
     EXPECT_TRUE(std::signbit(t->Bin.KijMatrix[2][3]));
@@ -157,14 +135,14 @@ TEST(FlashCase, FileRoundTripIsByteForByte) {
   std::string text = FlashFileText(*s), lf;
   for (char c : text)
     if (c != '\r') lf += c;
-  WriteBytes(dir.path / "lf.dat", lf);
+  WriteBytes(dir / "lf.dat", lf);
   auto t = MakeSharedCalcState();
-  ReadFlashFile(*t, dir.path / "lf.dat");
+  ReadFlashFile(*t, dir / "lf.dat");
   EXPECT_EQ(FlashFileText(*t), text);
 }
 
 TEST_F(FlashExample1, BadFilesLeaveTheCaseAsItWas) {
-  TempDir dir;
+  const ScratchDir dir("flash");
   s.DataFileName = "before.dat";
   const std::string before = FlashFileText(s);
   const std::string good = FlashFileText(*Example(2));
@@ -172,9 +150,9 @@ TEST_F(FlashExample1, BadFilesLeaveTheCaseAsItWas) {
   // Wrong first record: the flash program's message.
   std::string wrong = good;
   wrong.replace(0, 19, "\"Batch Distillastion Data\"");
-  WriteBytes(dir.path / "wrong.dat", wrong);
+  WriteBytes(dir / "wrong.dat", wrong);
   try {
-    ReadFlashFile(s, dir.path / "wrong.dat");
+    ReadFlashFile(s, dir / "wrong.dat");
     ADD_FAILURE() << "no error";
   } catch (const InputRefused& e) {
     EXPECT_STREQ(e.what(), "Flash計算のデータファイルではありません");
@@ -183,8 +161,8 @@ TEST_F(FlashExample1, BadFilesLeaveTheCaseAsItWas) {
 
   // Truncated anywhere after the first record: a read error naming the field.
   for (size_t cut : {size_t(25), good.size() / 3, good.size() / 2, good.size() - 8}) {
-    WriteBytes(dir.path / "short.dat", good.substr(0, cut));
-    EXPECT_THROW(ReadFlashFile(s, dir.path / "short.dat"), FileReadError) << cut;
+    WriteBytes(dir / "short.dat", good.substr(0, cut));
+    EXPECT_THROW(ReadFlashFile(s, dir / "short.dat"), FileReadError) << cut;
     EXPECT_EQ(FlashFileText(s), before) << cut;
   }
 
@@ -194,16 +172,16 @@ TEST_F(FlashExample1, BadFilesLeaveTheCaseAsItWas) {
        {std::pair{"\r\n3\r\n", "\r\n21\r\n"}, {"30.07", "thirty"}, {"1,5,2,4,2", "1,5,2,9,2"}}) {
     std::string bad = good;
     bad.replace(bad.find(from), std::string(from).size(), to);
-    WriteBytes(dir.path / "bad.dat", bad);
+    WriteBytes(dir / "bad.dat", bad);
     try {
-      ReadFlashFile(s, dir.path / "bad.dat");
+      ReadFlashFile(s, dir / "bad.dat");
       ADD_FAILURE() << "no error: " << to;
     } catch (const FileReadError& e) {
       EXPECT_GT(e.line, 0) << to;
       EXPECT_GT(e.field, 0) << to;
     }
   }
-  EXPECT_THROW(ReadFlashFile(s, dir.path / "missing.dat"), FileReadError);
+  EXPECT_THROW(ReadFlashFile(s, dir / "missing.dat"), FileReadError);
   EXPECT_EQ(FlashFileText(s), before);
   EXPECT_EQ(s.DataFileName, "before.dat");
 }

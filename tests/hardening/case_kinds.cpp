@@ -1,10 +1,8 @@
 #include "hardening/case_kinds.h"
 
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <fstream>
 #include <sstream>
 
 #include "batch/batch_data.h"
@@ -140,32 +138,6 @@ std::vector<CliCaseKind> CliCaseKinds() {
   return {{"purecomp", "example purecomp", "purecomp"},
           {"unifac", "example unifac 1", "unifac"},
           {"antoine", "example antoine", "antoine"}};
-}
-
-std::string ReadBytes(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream buf;
-  buf << in.rdbuf();
-  return buf.str();
-}
-
-void WriteBytes(const fs::path& path, const std::string& bytes) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-ScratchDir::ScratchDir(const std::string& tag) {
-  static int serial = 0;
-  path_ = fs::temp_directory_path() /
-          ("tervale_" + tag + "_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
-  fs::remove_all(path_);
-  fs::create_directories(path_);
-}
-
-ScratchDir::~ScratchDir() {
-  std::error_code ec;
-  fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, ec);
-  fs::remove_all(path_, ec);
 }
 
 fs::path CliPath() {

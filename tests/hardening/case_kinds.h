@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "common/scratch.h"
 #include "state/shared_state.h"
 
 namespace tervale::hardening {
@@ -47,20 +48,10 @@ struct CliCaseKind {
 
 std::vector<CliCaseKind> CliCaseKinds();
 
-// Whole-file helpers.
-std::string ReadBytes(const fs::path& path);
-void WriteBytes(const fs::path& path, const std::string& bytes);
-
-// A fresh folder under the temporary directory, removed by the destructor.
-class ScratchDir {
- public:
-  explicit ScratchDir(const std::string& tag);
-  ~ScratchDir();
-  const fs::path& path() const { return path_; }
-
- private:
-  fs::path path_;
-};
+// The shared whole-file helpers and scratch folder.
+using testcli::ReadBytes;
+using testcli::ScratchDir;
+using testcli::WriteBytes;
 
 // Runs tervale-cli with arguments (stderr to a file); the exit status or -1 for a signal.
 struct CliRun {

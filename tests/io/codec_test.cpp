@@ -1,16 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <cfloat>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "common/scratch.h"
 #include "io/field_reader.h"
 #include "io/record_writer.h"
 #include "state/errors.h"
@@ -20,22 +18,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path TempDir(const std::string& name) {
-  fs::path d =
-      fs::temp_directory_path() / ("tervale_codec_" + name + "_" + std::to_string(::getpid()));
-  fs::remove_all(d);
-  fs::create_directories(d);
-  return d;
-}
-
-void WriteBytes(const fs::path& p, const std::string& bytes) {
-  std::ofstream(p, std::ios::binary) << bytes;
-}
-
-std::string ReadBytes(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
+using testcli::ReadBytes;
+using testcli::ScratchDir;
+using testcli::WriteBytes;
 
 TEST(Codec, WriterLayoutAndEveryDoubleClassRoundTrip) {
   // clang-format off
@@ -93,7 +78,7 @@ TEST(Codec, OlderNumberFormsAndSpecialFields) {
 }
 
 TEST(Codec, ShiftJisFileReadsAsUtf8) {
-  fs::path dir = TempDir("sjis");
+  const ScratchDir dir("codec_sjis");
   // "Distillation Data", then a memo "メタノール水系" in CP932 bytes, then a number.
   std::string bytes =
       "\"Distillation Data\"\r\n\""
@@ -108,7 +93,6 @@ TEST(Codec, ShiftJisFileReadsAsUtf8) {
   WriteBytes(dir / "utf8.dat", "\xEF\xBB\xBF\"メタノール水系\"\n");
   FieldReader u = FieldReader::FromFile(dir / "utf8.dat");
   EXPECT_EQ(u.ReadString("memo"), "メタノール水系");
-  fs::remove_all(dir);
 }
 
 TEST(Codec, ErrorsNameFileLineAndField) {
@@ -148,19 +132,18 @@ TEST(Codec, ErrorsNameFileLineAndField) {
 }
 
 TEST(Codec, SaveFileAtomicallyReplacesAndLeavesNoTemporaryFile) {
-  fs::path dir = TempDir("save");
-  fs::path target = dir / "case.dat";
+  const ScratchDir dir("codec_save");
+  const fs::path target = dir / "case.dat";
   SaveFileAtomically(target, "old\r\n");
   SaveFileAtomically(target, "new\r\n");
   EXPECT_EQ(ReadBytes(target), "new\r\n");
   std::vector<fs::path> files;
-  for (auto& e : fs::directory_iterator(dir)) files.push_back(e.path().filename());
+  for (auto& e : fs::directory_iterator(dir.path())) files.push_back(e.path().filename());
   EXPECT_EQ(files, std::vector<fs::path>{"case.dat"});
   // A folder that does not exist: an error, nothing left behind.
-  EXPECT_THROW(SaveFileAtomically(dir / "missing" / "x.dat", "x"), FileWriteError);
+  EXPECT_THROW(SaveFileAtomically(dir.path() / "missing" / "x.dat", "x"), FileWriteError);
   AppendToFile(target, "more\r\n");
   EXPECT_EQ(ReadBytes(target), "new\r\nmore\r\n");
-  fs::remove_all(dir);
 }
 
 }  // namespace

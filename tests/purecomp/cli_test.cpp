@@ -1,43 +1,30 @@
 // The purecomp command end to end: the example, its JSON, and refused cases.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 
-#include "common/cli_runner.h"
+#include "common/cli_fixture.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
 using tervale::testcli::CliRun;
 using tervale::testcli::RunCli;
 
-class PureCompCli : public ::testing::Test {
+class PureCompCli : public tervale::testcli::CliFixture {
  protected:
-  void SetUp() override {
-    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli is not built";
-    dir_ = fs::temp_directory_path() / ("tervale_purecomp_" + std::to_string(::getpid()));
-    fs::create_directories(dir_);
-  }
-  void TearDown() override {
-    if (!dir_.empty()) fs::remove_all(dir_);
-  }
   Json Example() {
-    const fs::path file = dir_ / "example.json";
-    EXPECT_EQ(RunCli("example purecomp -o " + file.string()).status, 0);
-    std::ifstream in(file);
-    return Json::parse(in);
+    const std::string file = dir_ / "example.json";
+    EXPECT_EQ(RunCli("example purecomp -o " + file).status, 0);
+    return Json::parse(tervale::testcli::ReadBytes(file));
   }
   std::string Write(const Json& c) {
-    const fs::path file = dir_ / "case.json";
-    std::ofstream(file) << c.dump();
-    return file.string();
+    const std::string file = dir_ / "case.json";
+    tervale::testcli::WriteBytes(file, c.dump());
+    return file;
   }
   // Runs a case with --json; the output is one object in every case.
   Json RunCase(const Json& c, int expectStatus) {
@@ -47,7 +34,6 @@ class PureCompCli : public ::testing::Test {
     EXPECT_TRUE(out.contains("messages"));
     return out;
   }
-  fs::path dir_;
 };
 
 TEST_F(PureCompCli, ExampleRunsAndPrintsEveryKey) {
@@ -111,7 +97,7 @@ TEST_F(PureCompCli, BadCasesAreRefusedWithAClearMessage) {
   c["groups"]["fedors"] = Json::array();
   refused(c, "Fedors");
 
-  EXPECT_EQ(RunCli("purecomp " + (dir_ / "missing.json").string()).status, 2);
+  EXPECT_EQ(RunCli("purecomp " + (dir_ / "missing.json")).status, 2);
 }
 
 TEST_F(PureCompCli, SoftMessagesRunToTheEnd) {

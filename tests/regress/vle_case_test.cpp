@@ -2,11 +2,10 @@
 
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <tuple>
 
+#include "common/scratch.h"
 #include "regress/vle_case.h"
 #include "state/errors.h"
 #include "state/shared_state.h"
@@ -33,20 +32,9 @@ struct Fixture {
   }
 };
 
-fs::path TempFile(const std::string& name) {
-  fs::path dir = fs::temp_directory_path() / "tervale_regress_test";
-  fs::create_directories(dir);
-  return dir / name;
-}
-
-std::string ReadAll(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void WriteAll(const fs::path& p, const std::string& text) {
-  std::ofstream(p, std::ios::binary) << text;
-}
+using testcli::ReadBytes;
+using testcli::ScratchDir;
+using testcli::WriteBytes;
 
 TEST(VLECase, DefaultsOfInitialize) {
   Fixture f;
@@ -88,9 +76,10 @@ TEST(VLECase, FileRoundTrip) {
   a.WilsonLambda12 = 0.1 + 0.2;  // a value that needs all its digits
   a.NrtlTau21 = -1.5e-7;
   a.NrtlAlpha = 0.3;
-  fs::path p = TempFile("round.dat");
+  const ScratchDir dir("regress_round");
+  const fs::path p = dir / "round.dat";
   SaveVLEDataFile(*f.s, p);
-  const std::string first = ReadAll(p);
+  const std::string first = ReadBytes(p);
   EXPECT_EQ(first.rfind("\"V_L Equibrium Data\"\r\n", 0), 0u);
 
   Fixture g;
@@ -102,7 +91,7 @@ TEST(VLECase, FileRoundTrip) {
                      b.NrtlTau21, b.NrtlAlpha),
             std::make_tuple(1, 55.5, 20, 123.456789, 0.1 + 0.2, -1.5e-7, 0.3));
   SaveVLEDataFile(*g.s, p);
-  EXPECT_EQ(ReadAll(p), first);
+  EXPECT_EQ(ReadBytes(p), first);
 
   // No data points: an empty grid, no message.
   InitializeVLECase(*f.s);
@@ -115,8 +104,9 @@ TEST(VLECase, FileRoundTrip) {
 TEST(VLECase, WrongAndTruncatedFiles) {
   Fixture f;
   LoadVLEExample(*f.s, 1);
-  fs::path p = TempFile("wrong.dat");
-  WriteAll(p, "\"Distillation Data\"\r\n\"memo\"\r\n");
+  const ScratchDir dir("regress_wrong");
+  const fs::path p = dir / "wrong.dat";
+  WriteBytes(p, "\"Distillation Data\"\r\n\"memo\"\r\n");
   EXPECT_FALSE(ReadVLEDataFile(*f.s, p));
   EXPECT_EQ(f.LastMessage(), "not Vapor-Liquid Equibrium Data");
   EXPECT_EQ(f.s->VLE.NVLEData, 12);  // untouched
@@ -125,7 +115,7 @@ TEST(VLECase, WrongAndTruncatedFiles) {
   EXPECT_EQ(f.LastMessage(), "気液平衡のデータファイルではありません。");
 
   // A missing file is an error and leaves the case alone.
-  EXPECT_THROW(ReadVLEDataFile(*f.s, TempFile("no-such-file.dat")), FileReadError);
+  EXPECT_THROW(ReadVLEDataFile(*f.s, dir / "no-such-file.dat"), FileReadError);
   EXPECT_EQ(f.s->VLE.NVLEData, 12);
 
   // Cut short in the middle of the data: a read error naming the place, the case cleared.
@@ -134,7 +124,7 @@ TEST(VLECase, WrongAndTruncatedFiles) {
   const std::string whole = FormatVLEDataFile(g.s->VLE);
   const size_t cut = whole.find("73.1,");
   ASSERT_NE(cut, std::string::npos);
-  WriteAll(p, whole.substr(0, cut));
+  WriteBytes(p, whole.substr(0, cut));
   try {
     ReadVLEDataFile(*g.s, p);
     FAIL() << "a truncated file was read";
@@ -149,7 +139,7 @@ TEST(VLECase, WrongAndTruncatedFiles) {
   // A count beyond the limit is an error, never an overflow.
   std::string big = whole;
   big.replace(big.find("0,1,3,60,760,12,"), 16, "0,1,3,60,760,51,");
-  WriteAll(p, big);
+  WriteBytes(p, big);
   EXPECT_THROW(ReadVLEDataFile(*g.s, p), FileReadError);
   EXPECT_EQ(c.NVLEData, 0);
 }
@@ -157,8 +147,8 @@ TEST(VLECase, WrongAndTruncatedFiles) {
 TEST(VLECase, ReadAndSaveAskFirst) {
   Fixture f;
   LoadVLEExample(*f.s, 1);
-  fs::path p = TempFile("asked.dat");
-  fs::remove(p);
+  const ScratchDir dir("regress_asked");
+  const fs::path p = dir / "asked.dat";
   f.dialogs.preparedAnswers = {Answer::No};
   EXPECT_FALSE(SaveVLEDataCommand(*f.s, p));
   EXPECT_EQ(f.LastMessage(), "Save [ asked.dat ]");

@@ -1,12 +1,10 @@
 // The unifac and antoine commands of tervale-cli, run as a user runs them.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 
-#include "common/cli_runner.h"
+#include "common/cli_fixture.h"
 
 // GCC 12 reports a false -Wrestrict overlap in inlined string concatenation.
 #if defined(__GNUC__) && !defined(__clang__) && __GNUC__ == 12
@@ -15,30 +13,22 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 using tervale::testcli::CliRun;
 using tervale::testcli::RunCli;
 
-class CliTest : public ::testing::Test {
+class CliTest : public tervale::testcli::CliFixture {
  protected:
   void SetUp() override {
-    if (!tervale::testcli::CliBuilt()) GTEST_SKIP() << "tervale-cli is not built";
-    dir_ = fs::temp_directory_path() / ("tervale_unifac_cli_" + std::to_string(::getpid()));
-    fs::create_directories(dir_);
-    ASSERT_EQ(RunCli("example unifac 1 -o " + P("u1.json")).status, 0);
-    ASSERT_EQ(RunCli("example antoine -o " + P("a.json")).status, 0);
+    CliFixture::SetUp();
+    if (IsSkipped()) return;
+    ASSERT_EQ(RunCli("example unifac 1 -o " + dir_ / "u1.json").status, 0);
+    ASSERT_EQ(RunCli("example antoine -o " + dir_ / "a.json").status, 0);
   }
-  void TearDown() override {
-    if (!dir_.empty()) fs::remove_all(dir_);
-  }
-  std::string P(const std::string& name) { return (dir_ / name).string(); }
-  fs::path dir_;
 };
 
 TEST_F(CliTest, UnifacExamplesRunAndPrintTheContractKeys) {
   for (int n : {1, 2}) {
-    std::string file = P("u" + std::to_string(n) + ".json");
+    std::string file = dir_ / ("u" + std::to_string(n) + ".json");
     ASSERT_EQ(RunCli("example unifac " + std::to_string(n) + " -o " + file).status, 0);
     CliRun r = RunCli("unifac " + file + " --json");
     EXPECT_EQ(r.status, 0);
@@ -47,41 +37,41 @@ TEST_F(CliTest, UnifacExamplesRunAndPrintTheContractKeys) {
       EXPECT_NE(r.out.find(key), std::string::npos) << key;
     EXPECT_EQ(r.out.find("null"), std::string::npos);
   }
-  EXPECT_NE(RunCli("example unifac 3 -o " + P("x.json")).status, 0);
+  EXPECT_NE(RunCli("example unifac 3 -o " + dir_ / "x.json").status, 0);
 }
 
 TEST_F(CliTest, UnifacRefusals) {
-  std::string file = P("u1.json");
+  std::string file = dir_ / "u1.json";
   // No UNIFAC.PAR where it is looked for.
-  CliRun r = RunCli("unifac " + file + " --json --parameters " + P("none.PAR"));
+  CliRun r = RunCli("unifac " + file + " --json --parameters " + dir_ / "none.PAR");
   EXPECT_EQ(r.status, 2);
   EXPECT_NE(r.out.find("UNIFAC parameter file is missing"), std::string::npos);
   // A failed check: the message in the JSON, non-zero status.
-  std::ofstream(P("bad.json"))
+  std::ofstream(dir_ / "bad.json")
       << R"({"program":"unifac","components":[{"name":"a","A":1,"B":1,"C":1},)"
       << R"({"name":"b","A":1,"B":1,"C":1}],"pressure":760,"temperature":60,"groups":[]})";
-  r = RunCli("unifac " + P("bad.json") + " --json");
+  r = RunCli("unifac " + dir_ / "bad.json" + " --json");
   EXPECT_EQ(r.status, 2);
   EXPECT_NE(r.out.find("No group data"), std::string::npos);
-  EXPECT_EQ(RunCli("unifac " + P("missing.json")).status, 2);
+  EXPECT_EQ(RunCli("unifac " + dir_ / "missing.json").status, 2);
 }
 
 TEST_F(CliTest, AntoineExampleAndRefusals) {
-  std::string file = P("a.json");
+  std::string file = dir_ / "a.json";
   CliRun r = RunCli("antoine " + file + " --json");
   EXPECT_EQ(r.status, 0);
   for (const char* key : {"\"rows\"", "\"name\"", "\"A\"", "\"B\"", "\"C\"", "\"fitted\"",
                           "\"points\"", "\"messages\"", "1-Propanol"})
     EXPECT_NE(r.out.find(key), std::string::npos) << key;
-  std::ofstream(P("two.json")) << R"({"program":"antoine","temp_low":0,"temp_high":50,)"
-                               << R"("substances":[{"formula":"X","name":"X",)"
-                               << R"("points":[[10,5],[10,6],[20,7]]}]})";
-  r = RunCli("antoine " + P("two.json") + " --json");
+  std::ofstream(dir_ / "two.json") << R"({"program":"antoine","temp_low":0,"temp_high":50,)"
+                                   << R"("substances":[{"formula":"X","name":"X",)"
+                                   << R"("points":[[10,5],[10,6],[20,7]]}]})";
+  r = RunCli("antoine " + dir_ / "two.json" + " --json");
   EXPECT_EQ(r.status, 2);
   EXPECT_NE(r.out.find("cannot be fitted"), std::string::npos);
-  EXPECT_EQ(RunCli("antoine " + P("a.json") + " --lang ja --json").status, 0);
+  EXPECT_EQ(RunCli("antoine " + dir_ / "a.json" + " --lang ja --json").status, 0);
   // A file of the other program is refused.
-  EXPECT_EQ(RunCli("antoine " + P("u1.json")).status, 2);
+  EXPECT_EQ(RunCli("antoine " + dir_ / "u1.json").status, 2);
 }
 
 }  // namespace

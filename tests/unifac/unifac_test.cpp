@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "common/scratch.h"
 #include "state/errors.h"
 #include "state/shared_state.h"
 #include "unifac/unifac_model.h"
@@ -44,9 +45,7 @@ TEST_F(Unifac, ParameterFileReadsSubgroupsAndMatrix) {
 }
 
 TEST_F(Unifac, BadParameterFilesLeaveTheTableAsItWas) {
-  auto dir =
-      std::filesystem::temp_directory_path() / ("tervale_unifac_" + std::to_string(::getpid()));
-  std::filesystem::create_directories(dir);
+  const testcli::ScratchDir dir("unifac");
   // Missing; a subgroup line cut short; more than 100 subgroups; a main group above 50.
   for (const char* text : {"", "2,\"t\"\n\"CH3\",1,0.9011,0.848\n\"CH2\",1,0.6744\n", "101,\"t\"\n",
                            "1,\"t\"\n\"X\",51,1,1\n"}) {
@@ -56,7 +55,6 @@ TEST_F(Unifac, BadParameterFilesLeaveTheTableAsItWas) {
   EXPECT_EQ(s->Unifac.NSubGroup, 100);
   EXPECT_EQ(s->Unifac.NMainGroup, 47);
   EXPECT_EQ(s->Unifac.SubGroupName[16], "CH3OH");
-  std::filesystem::remove_all(dir);
 }
 
 TEST_F(Unifac, CaseGroupRegistersOnceAndRefusesAnEleventh) {

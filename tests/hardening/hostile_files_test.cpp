@@ -148,18 +148,35 @@ std::map<std::string, std::string> Snapshot(const fs::path& dir) {
   return files;
 }
 
-// Puts the variant in place of the file; false when it cannot apply here.
-bool Place(const Variant& v, const fs::path& file) {
-  fs::remove_all(file);
-  if (v.directory) {
-    fs::create_directory(file);
-    return true;
+// The variant in place of the file for one read: the lock it holds and the read permission it
+// takes away are given back when it goes. `applies` is false when it cannot apply here.
+struct Placed {
+  Placed(const Variant& v, const fs::path& file) : file(file), unreadable(v.unreadable) {
+    fs::remove_all(file);
+    if (v.directory) {
+      fs::create_directory(file);
+      return;
+    }
+    if (v.unreadable && RunningAsRoot()) {
+      applies = unreadable = false;
+      return;
+    }
+    WriteBytes(file, v.bytes);
+    if (v.unreadable) fs::permissions(file, fs::perms::none);
+    if (v.locked) {
+      lockFd = ::open(file.c_str(), O_RDONLY);
+      EXPECT_EQ(::flock(lockFd, LOCK_EX), 0);
+    }
   }
-  if (v.unreadable && RunningAsRoot()) return false;
-  WriteBytes(file, v.bytes);
-  if (v.unreadable) fs::permissions(file, fs::perms::none);
-  return true;
-}
+  ~Placed() {
+    if (lockFd >= 0) ::close(lockFd);
+    if (unreadable) fs::permissions(file, fs::perms::owner_all);
+  }
+  fs::path file;
+  bool unreadable;
+  bool applies = true;
+  int lockFd = -1;
+};
 
 TEST(HostileFiles, CoreReadersRefuseCleanlyAndKeepStateAndFiles) {
   const auto kinds = CoreCaseKinds();
@@ -171,11 +188,11 @@ TEST(HostileFiles, CoreReadersRefuseCleanlyAndKeepStateAndFiles) {
     fs::create_directory(saved);
     // The example's own file, and the state as it stands before each read (example 2).
     const std::string example = ExampleBytes(kind, 1, saved);
-    std::string pristine, cleared;
     auto loaded = MakeSharedCalcState();
     loaded->LanguageFlag = 1;
     kind.loadExample(*loaded, 2);
-    pristine = Fingerprint(kind, *loaded, saved);
+    const std::string pristine = Fingerprint(kind, *loaded, saved);
+    std::string cleared;
     if (kind.clearedOnBrokenFile) {
       auto t = MakeSharedCalcState();
       *t = *loaded;
@@ -190,12 +207,8 @@ TEST(HostileFiles, CoreReadersRefuseCleanlyAndKeepStateAndFiles) {
     int refused = 0, read = 0;
     for (const auto& v : RecordVariants(example)) {
       SCOPED_TRACE(v.name);
-      if (!Place(v, file)) continue;
-      int lockFd = -1;
-      if (v.locked) {
-        lockFd = ::open(file.c_str(), O_RDONLY);
-        ASSERT_EQ(::flock(lockFd, LOCK_EX), 0);
-      }
+      const Placed placed(v, file);
+      if (!placed.applies) continue;
       const auto before = Snapshot(work);
       auto s = MakeSharedCalcState();
       *s = *loaded;
@@ -215,8 +228,6 @@ TEST(HostileFiles, CoreReadersRefuseCleanlyAndKeepStateAndFiles) {
         ADD_FAILURE() << "unexpected " << typeid(e).name() << ": " << e.what();
         continue;
       }
-      if (lockFd >= 0) ::close(lockFd);
-      if (v.unreadable) fs::permissions(file, fs::perms::owner_all);
       EXPECT_TRUE(before == Snapshot(work)) << "a file on disk changed";
       if (accepted) {
         ++read;
@@ -325,16 +336,10 @@ TEST(HostileFiles, CommandLineCaseFilesRefuseCleanlyAndKeepFiles) {
     const fs::path file = work / ("hostile_" + kind.name + ".json");
     for (const auto& v : JsonVariants(example)) {
       SCOPED_TRACE(v.name);
-      if (!Place(v, file)) continue;
-      int lockFd = -1;
-      if (v.locked) {
-        lockFd = ::open(file.c_str(), O_RDONLY);
-        ASSERT_EQ(::flock(lockFd, LOCK_EX), 0);
-      }
+      const Placed placed(v, file);
+      if (!placed.applies) continue;
       const auto before = Snapshot(work);
       const CliRun r = RunCli("--json " + kind.runArgs + " " + file.string(), dir.path());
-      if (lockFd >= 0) ::close(lockFd);
-      if (v.unreadable) fs::permissions(file, fs::perms::owner_all);
       EXPECT_EQ(r.signal, 0) << r.err;
       EXPECT_TRUE(r.status == 0 || r.status == 2) << "status " << r.status << ": " << r.err;
       EXPECT_TRUE(before == Snapshot(work)) << "a file on disk changed";

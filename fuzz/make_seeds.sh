@@ -38,3 +38,9 @@ ex antoine 1 antoine_json example1.json
 mkdir -p "$seeds/field_reader"
 cp "$seeds/flash_file/example1.dat" "$seeds/field_reader/flash1.dat"
 cp "$seeds/vle_file/example1.dat" "$seeds/field_reader/vle1.dat"
+# The property database's seed files: the head of each (header and first rows), as the whole
+# files would slow every execution down.
+mkdir -p "$seeds/seed_csv"
+for f in "$here"/../data/property-seed/*.csv; do
+  head -c 4096 "$f" > "$seeds/seed_csv/$(basename "$f")"
+done

@@ -2,7 +2,8 @@
 # Runs every fuzz target of a build for N seconds from its seed corpus and prints one line of
 # figures per target (also appended, with the date, to BUILD/results.md).
 # Usage: fuzz/run.sh BUILD SECONDS [TARGET...]
-# RUNS=N stops each target after N executions instead (SECONDS is then the upper bound).
+# RUNS=N stops each target after N executions instead (SECONDS is then the upper bound);
+# MAX_LEN=N sets the largest input (default 65536).
 set -uo pipefail
 build=${1:?build directory}
 seconds=${2:-60}
@@ -28,7 +29,7 @@ for t in "${targets[@]}"; do
   log="$build/logs/$t.$(date +%Y%m%d-%H%M%S).$$.log"
   start=$(date +%s)
   "$build/bin/$t" "${limits[@]}" -timeout=1 -rss_limit_mb=2048 -malloc_limit_mb=2048 \
-    -max_len=65536 -close_fd_mask=3 -print_final_stats=1 \
+    -max_len="${MAX_LEN:-65536}" -close_fd_mask=3 -print_final_stats=1 \
     -artifact_prefix="$build/artifacts/$t/" "$corpus" "${seeds[@]}" >"$log" 2>&1
   rc=$?
   elapsed=$(($(date +%s) - start))
